@@ -1,0 +1,38 @@
+# Every source folder is one object module. The shared libraries are made of whole modules, and a
+# test program links exactly the modules it exercises, so a folder can be built and tested on its own.
+function(vx_module name folder)
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/${folder}/*.cpp)
+  if(NOT sources)
+    set(sources ${PROJECT_SOURCE_DIR}/cmake/empty.cpp)
+  endif()
+  add_library(${name} OBJECT ${sources})
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+  target_link_libraries(${name} PUBLIC ${ARGN})
+endfunction()
+
+# A shared library made of whole modules (its first argument after the name lists the modules,
+# LIBS the libraries it stands on).
+function(vx_shared_library name)
+  cmake_parse_arguments(ARG "" "" "MODULES;LIBS" ${ARGN})
+  add_library(${name} SHARED)
+  foreach(module IN LISTS ARG_MODULES)
+    target_sources(${name} PRIVATE $<TARGET_OBJECTS:${module}>)
+    target_link_libraries(${name} PUBLIC $<BUILD_INTERFACE:${module}>)
+  endforeach()
+  target_link_libraries(${name} PUBLIC ${ARG_LIBS})
+endfunction()
+
+# One GoogleTest program per test folder, linked against the modules or libraries it exercises.
+function(vx_test name folder)
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/${folder}/*.cpp)
+  if(NOT sources)
+    return()
+  endif()
+  add_executable(${name} ${sources})
+  target_link_libraries(${name} PRIVATE vxtestsupport GTest::gtest ${ARGN})
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  add_test(NAME ${name} COMMAND ${name})
+  set_tests_properties(${name} PROPERTIES
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;VXSVG_TEST_DATA=${PROJECT_SOURCE_DIR}/tests/data"
+    TIMEOUT 600)
+endfunction()

@@ -1,0 +1,84 @@
+#pragma once
+// Points, rectangles, sizes and 3x3 matrices in 32-bit floats. Points are row vectors, so a
+// translation sits in m31/m32 and VXMatrixMultiply(A, B) transforms by A first, then by B.
+#include <vector>
+
+namespace vx {
+
+struct TPointF
+{
+  float X = 0, Y = 0;
+  bool operator==(const TPointF &) const = default;
+};
+
+using TVXPoints = std::vector<TPointF>;
+
+struct TSizeF
+{
+  float cx = 0, cy = 0;
+  bool operator==(const TSizeF &) const = default;
+};
+
+struct TRectF
+{
+  float Left = 0, Top = 0, Right = 0, Bottom = 0;
+  float Width() const { return Right - Left; }
+  float Height() const { return Bottom - Top; }
+  bool IsEmpty() const { return Right <= Left || Bottom <= Top; }
+  bool operator==(const TRectF &) const = default;
+};
+
+// An integer rectangle of the host framework (controls, bitmaps).
+struct TRect
+{
+  int Left = 0, Top = 0, Right = 0, Bottom = 0;
+  int Width() const { return Right - Left; }
+  int Height() const { return Bottom - Top; }
+  bool operator==(const TRect &) const = default;
+};
+
+struct TMatrix
+{
+  float m11 = 1, m12 = 0, m13 = 0;
+  float m21 = 0, m22 = 1, m23 = 0;
+  float m31 = 0, m32 = 0, m33 = 1;
+  bool operator==(const TMatrix &) const = default;
+};
+
+// A homogeneous point (x, y, w) for VXMatrixTransform.
+struct TVXVector
+{
+  float X = 0, Y = 0, W = 1;
+};
+
+inline constexpr TMatrix VXIdentityMatrix{};
+
+TMatrix VXMatrixMultiply(const TMatrix &A, const TMatrix &B);
+bool VXMatrixEquals(const TMatrix &A, const TMatrix &B, float Tolerance);
+TMatrix VXMatrixInvert(const TMatrix &M, bool *Invertible = nullptr);
+float VXMatrixDeterminant(const TMatrix &M);
+TMatrix CreateTranslateVXMatrix(float X, float Y);
+TMatrix CreateScaleVXMatrix(float X, float Y);
+TMatrix CreateRotationVXMatrix(float Radians);
+// Rotation by Radians about Center.
+TMatrix CreateRotationVXMatrix(const TPointF &Center, float Radians);
+TVXVector VXVector(float X, float Y, float W = 1.0f);
+TVXVector VXMatrixTransform(const TVXVector &V, const TMatrix &M);
+TPointF VXMatrixTransformPoint(const TPointF &P, const TMatrix &M);
+
+TPointF VXPoint(float X, float Y);
+TRectF VXRect(float Left, float Top, float Right, float Bottom);
+TRectF RectToVXRect(const TRect &R);
+float VXRectWidth(const TRectF &R);
+float VXRectHeight(const TRectF &R);
+// Scales R to the largest size that fits Bounds with R's aspect ratio kept, centred in Bounds.
+// With NoGrow, a rectangle that already fits keeps its size.
+void FitRect(TRectF &R, const TRectF &Bounds, bool NoGrow);
+// Moves R so that its centre is the centre of Bounds.
+void RectCenter(TRectF &R, const TRectF &Bounds);
+bool IntersectRect(TRectF &Result, const TRectF &A, const TRectF &B);
+TRectF UnionRect(const TRectF &A, const TRectF &B);
+void OffsetRect(TRectF &R, float DX, float DY);
+bool PtInRect(const TRectF &R, const TPointF &P);
+
+} // namespace vx

@@ -1,0 +1,49 @@
+#pragma once
+// The exception classes of the platform. Every failure of the library is one of these; the class
+// names are those of the host framework so that callers can catch by kind.
+#include <QByteArray>
+#include <QString>
+
+#include <exception>
+
+namespace vx {
+
+class Exception : public std::exception
+{
+public:
+  explicit Exception(QString Message) : FMessage(std::move(Message)), FUtf8(FMessage.toUtf8()) {}
+  const QString &Message() const { return FMessage; }
+  const char *what() const noexcept override { return FUtf8.constData(); }
+
+private:
+  QString FMessage;
+  QByteArray FUtf8;
+};
+
+#define VX_DECLARE_EXCEPTION(Name, Base)                                                            \
+  class Name : public Base                                                                         \
+  {                                                                                                \
+  public:                                                                                          \
+    using Base::Base;                                                                              \
+  };
+
+VX_DECLARE_EXCEPTION(EConvertError, Exception)
+VX_DECLARE_EXCEPTION(EInvalidOperation, Exception)
+VX_DECLARE_EXCEPTION(EListError, Exception)
+VX_DECLARE_EXCEPTION(EArgumentOutOfRangeException, Exception)
+VX_DECLARE_EXCEPTION(EClassNotFound, Exception)
+VX_DECLARE_EXCEPTION(EInvalidGraphicOperation, Exception)
+VX_DECLARE_EXCEPTION(EFOpenError, Exception)
+VX_DECLARE_EXCEPTION(EReadError, Exception)
+VX_DECLARE_EXCEPTION(EWriteError, Exception)
+
+// The silent abort: it ends a partial drawing and is not an error.
+class EAbort : public Exception
+{
+public:
+  EAbort() : Exception(QStringLiteral("Operation aborted")) {}
+};
+
+[[noreturn]] void Abort();
+
+} // namespace vx

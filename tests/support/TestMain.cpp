@@ -1,0 +1,35 @@
+// Test entry point: a headless Qt application with pinned fonts, so that text results do not depend
+// on what else is installed on the machine.
+#include <QFontDatabase>
+#include <QGuiApplication>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+namespace {
+
+void RegisterTestFonts()
+{
+  static const char *const Fonts[] = {
+    "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf",
+    "/usr/share/fonts/truetype/dejavu/DejaVuSans-Bold.ttf",
+    "/usr/share/fonts/truetype/dejavu/DejaVuSerif.ttf",
+    "/usr/share/fonts/truetype/dejavu/DejaVuSansMono.ttf",
+    "/usr/share/fonts/truetype/liberation2/LiberationSans-Regular.ttf",
+    "/usr/share/fonts/truetype/liberation2/LiberationSerif-Regular.ttf",
+    "/usr/share/fonts/truetype/liberation2/LiberationMono-Regular.ttf",
+  };
+  for (const char *File : Fonts)
+    QFontDatabase::addApplicationFont(QString::fromLatin1(File));
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+  setenv("QT_QPA_PLATFORM", "offscreen", 0);
+  QGuiApplication App(argc, argv);
+  RegisterTestFonts();
+  testing::InitGoogleTest(&argc, argv);
+  return RUN_ALL_TESTS();
+}
