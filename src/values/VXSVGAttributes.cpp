@@ -206,18 +206,31 @@ bool VXIsWhiteSpace(QChar C)
   return U == u' ' || U == u'\t' || U == u'\n' || U == u'\r' || U == u'\f' || U == u'\v';
 }
 
+// One pass with the same result as cutting a comment and searching again from the start: text before
+// a cut holds no opener, so the only new opener a cut can form is a "/" kept in front of it followed
+// by a "*" behind it. A pass keeps style sheets with many comments linear.
 QString RemoveComments(const QString &S)
 {
-  QString Result = S;
+  QString Result;
+  Result.reserve(S.size());
+  qsizetype I = 0;
   for (;;) {
-    const qsizetype Open = Result.indexOf(QLatin1String("/*"));
-    if (Open < 0)
-      break;
-    const qsizetype Close = Result.indexOf(QLatin1String("*/"), Open + 2);
+    if (Result.endsWith(QLatin1Char('/')) && I < S.size() && S[I] == QLatin1Char('*')) {
+      const qsizetype Close = S.indexOf(QLatin1String("*/"), I + 1);
+      if (Close < 0)
+        break;
+      Result.chop(1);
+      I = Close + 2;
+      continue;
+    }
+    const qsizetype Open = S.indexOf(QLatin1String("/*"), I);
+    const qsizetype Close = Open < 0 ? -1 : S.indexOf(QLatin1String("*/"), Open + 2);
     if (Close < 0)
       break;
-    Result.remove(Open, Close + 2 - Open);
+    Result.append(QStringView(S).mid(I, Open - I));
+    I = Close + 2;
   }
+  Result.append(QStringView(S).mid(I));
   return Result;
 }
 

@@ -39,7 +39,9 @@ int QuarterTurns(const QString &S)
   float Degrees = 0;
   if (!TryStrToFloat(T, Degrees))
     return -1;
-  return int(std::nearbyint(double(Degrees) / 90.0)) * 90;
+  const double Turns = std::nearbyint(double(Degrees) / 90.0);
+  // Only 0 to 3 quarter turns mean anything; the check also keeps huge values out of the int cast.
+  return Turns >= 0 && Turns <= 3 ? int(Turns) * 90 : -1;
 }
 
 } // namespace

@@ -6,7 +6,7 @@ namespace vx {
 
 const TSVGNames<TSVGAlign, 10> SVGAlignNames = {S("none"), S("xMinYMin"), S("xMidYMin"), S("xMaxYMin"),
   S("xMinYMid"), S("xMidYMid"), S("xMaxYMid"), S("xMinYMax"), S("xMidYMax"), S("xMaxYMax")};
-// "mathematica" is one letter short on purpose: documents written by earlier versions use it.
+// "mathematica" is one letter short on purpose, and so it is read and written back.
 const TSVGNames<TSVGAlignmentBaseline, 13> SVGAlignmentBaselines = {QString(), S("auto"), S("baseline"),
   S("before-edge"), S("text-before-edge"), S("middle"), S("central"), S("after-edge"), S("text-after-edge"),
   S("ideographic"), S("alphabetic"), S("hanging"), S("mathematica")};

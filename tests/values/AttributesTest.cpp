@@ -15,6 +15,18 @@ IXMLNode LoadRoot(const char *Xml)
   return Document.DocumentElement();
 }
 
+// Cuts the first closed comment and searches again from the start, the plain way.
+QString RemoveCommentsSlowly(QString S)
+{
+  for (;;) {
+    const qsizetype Open = S.indexOf(QLatin1String("/*"));
+    const qsizetype Close = Open < 0 ? -1 : S.indexOf(QLatin1String("*/"), Open + 2);
+    if (Close < 0)
+      return S;
+    S.remove(Open, Close + 2 - Open);
+  }
+}
+
 } // namespace
 
 TEST(Attributes, References)
@@ -42,6 +54,8 @@ TEST(Attributes, TextCleaning)
 {
   EXPECT_EQ(RemoveComments(QStringLiteral("a/*b*/c/*d")), QStringLiteral("ac/*d"));
   EXPECT_EQ(RemoveComments(QStringLiteral("/**/x/* y */z")), QStringLiteral("xz"));
+  EXPECT_EQ(RemoveComments(QStringLiteral("a//*x*/*b*/c")), QStringLiteral("ac")) << "a cut can form an opener";
+  EXPECT_EQ(RemoveComments(QStringLiteral("/*/")), QStringLiteral("/*/"));
   EXPECT_EQ(CleanText(QStringLiteral("  a   b ")), QStringLiteral(" a b "));
   EXPECT_EQ(CleanText(QStringLiteral("a\n")), QStringLiteral("a")) << "a line break alone adds no blank";
   EXPECT_EQ(CleanText(QStringLiteral("\n a")), QStringLiteral(" a"));
@@ -54,6 +68,25 @@ TEST(Attributes, TextCleaning)
   EXPECT_TRUE(IsHexColor(QStringLiteral("#fA0")));
   EXPECT_FALSE(IsHexColor(QStringLiteral("#ff")));
   EXPECT_FALSE(IsHexColor(QStringLiteral("fff")));
+}
+
+TEST(Attributes, CommentRemovalMatchesCuttingOneAtATime)
+{
+  // Every text of up to eight characters over '/', '*' and 'a'.
+  const char Alphabet[] = {'/', '*', 'a'};
+  for (int Length = 0; Length <= 8; ++Length) {
+    int Count = 1;
+    for (int I = 0; I < Length; ++I)
+      Count *= 3;
+    for (int Code = 0; Code < Count; ++Code) {
+      QString S;
+      for (int I = 0, C = Code; I < Length; ++I, C /= 3)
+        S.append(QLatin1Char(Alphabet[C % 3]));
+      ASSERT_EQ(RemoveComments(S), RemoveCommentsSlowly(S)) << qPrintable(S);
+    }
+  }
+  const QString Many = QStringLiteral("a/*b*/").repeated(200000);
+  EXPECT_EQ(RemoveComments(Many), QStringLiteral("a").repeated(200000));
 }
 
 TEST(Attributes, ReadingFromNodes)

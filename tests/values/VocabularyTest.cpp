@@ -69,7 +69,7 @@ TEST(Vocabulary, GlyphOrientationsSnapHalfToEven)
   const Case Cases[] = {
     {"90", ov90Deg, oh90Deg}, {"90deg", ov90Deg, oh90Deg}, {"100DEG", ov90Deg, oh90Deg}, {"45", ov0Deg, oh0Deg},
     {"135", ov180Deg, oh180Deg}, {"225", ov180Deg, oh180Deg}, {"270", ov270Deg, oh270Deg}, {"360", ovNone, ohNone},
-    {"-90", ovNone, ohNone}, {"auto", ovAuto, ohNone}, {"deg", ovNone, ohNone}, {"x", ovNone, ohNone},
+    {"-90", ovNone, ohNone}, {"auto", ovAuto, ohNone}, {"deg", ovNone, ohNone}, {"x", ovNone, ohNone}, {"1e30deg", ovNone, ohNone}, {"-1e30", ovNone, ohNone},
   };
   for (const Case &C : Cases) {
     EXPECT_EQ(GetSVGGlyphOrientationVertical(QString::fromLatin1(C.Text)), C.Vertical) << C.Text;

@@ -1,0 +1,28 @@
+#pragma once
+// TSVGCustomGroup: the base of every element that holds other graphic elements (groups, defs,
+// switch and, through the view-box class, the document, symbols, markers and patterns). Groups,
+// markers and symbols share how they turn XML children into element objects.
+#include "tree/VXSVGGraphicElement.h"
+
+namespace vx {
+
+// The child set of groups, defs, symbols, markers, patterns and documents.
+TSVGElementTypes SVGGroupChildTypes();
+
+class TSVGCustomGroup : public TSVGGraphicElement
+{
+public:
+  using TSVGGraphicElement::TSVGGraphicElement;
+
+  TSVGElementType SVGType() const override { return etGroup; }
+
+protected:
+  // Known tags become elements of the registered class, with the owner document as their owner;
+  // an entity reference becomes a group that reads the entity's content; style elements feed the
+  // owner's rule table.
+  int ReadChild(const IXMLNode &Node) override;
+  // Adds a new element of the class registered for Type, owned by Owner; -1 when none is.
+  int AddChildOfType(TSVGElementType Type, TSVGDocument *Owner);
+};
+
+} // namespace vx

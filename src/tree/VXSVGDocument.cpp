@@ -1,0 +1,369 @@
+#include "tree/VXSVGDocument.h"
+
+#include "platform/rtl/VXSysUtils.h"
+#include "values/VXSVGException.h"
+#include "values/VXSVGLookups.h"
+
+#include <QBuffer>
+#include <QFile>
+#include <QLocale>
+
+#include <memory>
+
+namespace vx {
+
+VX_SVG_ELEMENT_CLASS_INFO(TSVGDocument)
+
+namespace {
+
+const TSVGClassRegistration DocumentRegistration(etDoc, TSVGDocument::ClassInfo());
+
+const QString SvgName = QStringLiteral("svg");
+
+bool IsNumberPattern(const QString &Pattern)
+{
+  if (Pattern.isEmpty() || Pattern.count(QLatin1Char('.')) > 1)
+    return false;
+  for (QChar C : Pattern)
+    if (C != QLatin1Char('0') && C != QLatin1Char('#') && C != QLatin1Char('.'))
+      return false;
+  return true;
+}
+
+} // namespace
+
+TSVGDocument::TSVGDocument(TSVGDocument *Owner) : TSVGCustomViewBox(Owner), FUnitFactors(CalcUnitFactors(96))
+{
+  FAllItems.OnValueNotify = [this](TObject *, TSVGElement *const &, TCollectionNotification) {
+    FAllItemsModified = true;
+  };
+  FStyles.OnValueNotify = [this](TObject *, TSVGStyle *const &Style, TCollectionNotification Action) {
+    StyleNotify(Style, Action);
+  };
+  FPrefLanguages.OnChange = [this](TObject *Sender) { ObjectPropChange(Sender); };
+  FViewBox = VXRect(0, 0, 100, 100);
+  FPrefLanguages.SetCommaText(QLocale::system().uiLanguages().join(QLatin1Char(',')));
+}
+
+TSVGDocument::~TSVGDocument()
+{
+  BeforeDestruction();
+  ClearChildren();
+  FreeStyles();
+}
+
+TSVGElementTypes TSVGDocument::ChildSVGTypes() const
+{
+  return SVGGroupChildTypes();
+}
+
+
+void TSVGDocument::LoadFromFile(const QString &FileName)
+{
+  QFile File(FileName);
+  if (!File.open(QIODevice::ReadOnly))
+    throw EFOpenError(QStringLiteral("Cannot open file \"%1\". %2").arg(FileName, File.errorString()));
+  LoadFromStream(File);
+}
+
+void TSVGDocument::LoadFromStream(QIODevice &Stream)
+{
+  IXMLDocument Document = NewXMLDocument();
+  Document.LoadFromStream(Stream);
+  LoadFromXML(Document);
+}
+
+void TSVGDocument::LoadFromText(const QString &Text)
+{
+  LoadFromXML(LoadXMLData(Text));
+}
+
+void TSVGDocument::LoadFromXML(const IXMLDocument &Document)
+{
+  const IXMLNode Root = Document.DocumentElement();
+  if (!Root)
+    throw ESVGException(SDocEmpty);
+  if (Root.LocalName() != SvgName)
+    throw ESVGException(SDocNotSVG);
+  LoadFromXML(Root);
+}
+
+void TSVGDocument::LoadFromXML(const IXMLNode &Node)
+{
+  if (Node.LocalName() != SvgName)
+    return;
+  TSVGUpdateGuard Guard(*this);
+  Clear();
+  TSVGCustomViewBox::LoadFromXML(Node);
+  ApplyStyles();
+}
+
+bool TSVGDocument::IsValidSVG(const IXMLDocument &Document, bool Thorough)
+{
+  try {
+    if (!Thorough)
+      return Document.DocumentElement().LocalName() == SvgName;
+    TSVGDocument Scratch;
+    Scratch.LoadFromXML(Document);
+    return true;
+  } catch (const std::exception &) {
+    return false;
+  }
+}
+
+bool TSVGDocument::IsValidSVG(const QString &FileName, bool Thorough)
+{
+  try {
+    return IsValidSVG(LoadXMLDocument(FileName), Thorough);
+  } catch (const std::exception &) {
+    return false;
+  }
+}
+
+bool TSVGDocument::IsValidSVG(QIODevice &Stream, bool Thorough)
+{
+  try {
+    IXMLDocument Document = NewXMLDocument();
+    Document.LoadFromStream(Stream);
+    return IsValidSVG(Document, Thorough);
+  } catch (const std::exception &) {
+    return false;
+  }
+}
+
+bool TSVGDocument::IsValidSVG(bool Thorough, const QString &Text)
+{
+  try {
+    return IsValidSVG(LoadXMLData(Text), Thorough);
+  } catch (const std::exception &) {
+    return false;
+  }
+}
+
+void TSVGDocument::ReadStyles(const IXMLNode &Node)
+{
+  ReadStyles(Node.Text());
+}
+
+void TSVGDocument::ReadStyles(const QString &Text)
+{
+  FStyleSheets.append(Text);
+}
+
+const std::vector<TSVGElement *> &TSVGDocument::Gradients()
+{
+  if (FAllItemsModified)
+    UpdateElementLists();
+  return FGradients;
+}
+
+const std::vector<TSVGElement *> &TSVGDocument::Markers()
+{
+  if (FAllItemsModified)
+    UpdateElementLists();
+  return FMarkers;
+}
+
+const std::vector<TSVGElement *> &TSVGDocument::Patterns()
+{
+  if (FAllItemsModified)
+    UpdateElementLists();
+  return FPatterns;
+}
+
+void TSVGDocument::UpdateElementLists()
+{
+  FAllItemsModified = false;
+  FGradients.clear();
+  FMarkers.clear();
+  FPatterns.clear();
+  for (const auto &Item : FAllItems) {
+    switch (Item.Value->SVGType()) {
+    case etLinearGradient:
+    case etRadialGradient:
+      FGradients.push_back(Item.Value);
+      break;
+    case etMarker:
+      FMarkers.push_back(Item.Value);
+      break;
+    case etPattern:
+      FPatterns.push_back(Item.Value);
+      break;
+    default:
+      break;
+    }
+  }
+}
+
+TSVGOptions TSVGDocument::GetOptions() const
+{
+  return FOwner ? FOwner->GetOptions() : FOptions;
+}
+
+void TSVGDocument::SetOptions(TSVGOptions Value)
+{
+  if (Value == GetOptions())
+    return;
+  FOptions = Value;
+  Reset();
+  Change(this);
+}
+
+TSVGUnitFactors TSVGDocument::CalcUnitFactors(int DPI)
+{
+  const float D = float(DPI);
+  return {1.0f, 1.0f, D / 72.0f, D / 72.0f * 12.0f, D / 25.4f, D / 2.54f, D, 1.0f, 1.0f, 1.0f};
+}
+
+void TSVGDocument::SetDPI(int Value)
+{
+  if (Value == FDPI)
+    return;
+  FDPI = std::max(Value, 10);
+  FUnitFactors = CalcUnitFactors(FDPI);
+}
+
+void TSVGDocument::SetFormatStr(const QString &Value)
+{
+  if (Value == FFormatStr)
+    return;
+  if (!IsNumberPattern(Value))
+    throw EConvertError(QStringLiteral("Invalid number format \"%1\"").arg(Value));
+  FFormatStr = Value;
+}
+
+void TSVGDocument::Change(TSVGElement *Element)
+{
+  TSVGCustomViewBox::Change(Element);
+  if (FUpdateCount > 0 || FElementState.Contains(esDestroying))
+    return;
+  if (OnChange)
+    OnChange(Element);
+}
+
+// Receives the notifications of the document's own child list and those forwarded by every element
+// below it. Additions reach neither element event, and a removal fires both: users depend on that.
+void TSVGDocument::ElementNotification(TObject *Sender, TSVGElement *Item, TCollectionNotification Action)
+{
+  auto *Element = dynamic_cast<TSVGElement *>(Sender);
+  const bool Own = Element == nullptr;
+  if (Own)
+    Element = this;
+  const bool Quiet = FUpdateCount == 0 && !FElementState.Contains(esDestroying);
+  if (Quiet && Action == cnRemoved && OnRemoveElement)
+    OnRemoveElement(Element, Item);
+  if (Own)
+    TSVGCustomViewBox::ElementNotification(Element, Item, Action);
+  if (Quiet && Action == cnRemoved && OnAddElement)
+    OnAddElement(Element, Item);
+  Change(Element);
+}
+
+void TSVGDocument::Clear()
+{
+  TSVGUpdateGuard Guard(*this);
+  TSVGCustomViewBox::Clear();
+  FAllItems.Clear();
+  FreeStyles();
+  FStyleSheets.clear();
+}
+
+void TSVGDocument::Assign(const TPersistent *Source)
+{
+  const auto *Element = dynamic_cast<const TSVGElement *>(Source);
+  if (!Element) {
+    TSVGCustomViewBox::Assign(Source);
+    return;
+  }
+  if (Element == this)
+    return;
+  TSVGUpdateGuard Guard(*this);
+  Clear();
+  AssignProperties(Element);
+  for (const TSVGElement *Child : Element->Items())
+    FItems.Add(Child->Clone(this));
+}
+
+void TSVGDocument::AssignProperties(const TSVGElement *Source)
+{
+  if (const auto *Document = dynamic_cast<const TSVGDocument *>(Source)) {
+    FDPI = Document->FDPI;
+    FUnitFactors = Document->FUnitFactors;
+    FOptions = Document->GetOptions();
+    FFormatStr = Document->FFormatStr;
+    FDefaultShapeRendering = Document->FDefaultShapeRendering;
+    FDefaultColorRendering = Document->FDefaultColorRendering;
+    FDefaultTextRendering = Document->FDefaultTextRendering;
+    FDefaultColorInterpolation = Document->FDefaultColorInterpolation;
+    FPrefLanguages.Assign(&Document->FPrefLanguages);
+    FreeStyles();
+    for (const auto &Rule : Document->FStyles) {
+      auto *Copy = new TSVGStyle;
+      Copy->Assign(Rule.Value);
+      FStyles.Add(Rule.Key, Copy);
+    }
+    FStyleSheets = Document->FStyleSheets;
+  }
+  TSVGCustomViewBox::AssignProperties(Source);
+}
+
+// The children of the copy belong to the copy, not to Owner.
+TSVGElement *TSVGDocument::Clone(TSVGDocument *Owner) const
+{
+  auto Result = std::make_unique<TSVGDocument>(Owner);
+  TSVGUpdateGuard Guard(*Result);
+  Result->AssignProperties(this);
+  for (const TSVGElement *Child : FItems)
+    Result->FItems.Add(Child->Clone(Result.get()));
+  return Result.release();
+}
+
+void TSVGDocument::DoOnParsingNode(TSVGElement *Element, const IXMLNode &Node)
+{
+  if (OnParsingNode)
+    OnParsingNode(Element, Node);
+}
+
+void TSVGDocument::DoOnParsedNode(TSVGElement *Element)
+{
+  if (OnParsedNode)
+    OnParsedNode(this, Element);
+}
+
+// Elements read by a root document belong to it; in a nested document they belong to the outermost
+// owner, whose element table answers for the whole picture.
+int TSVGDocument::ReadChild(const IXMLNode &Node)
+{
+  const TSVGElementType Type = GetSVGElementType(Node.LocalName());
+  TSVGDocument *Owner = FOwner ? FOwner : this;
+  if (Type == etNone) {
+    if (Node.NodeType() == ntEntityRef)
+      return AddChildOfType(etGroup, Owner);
+    return TSVGGraphicElement::ReadChild(Node);
+  }
+  if (Type == etStyle) {
+    Owner->ReadStyles(Node);
+    return -1;
+  }
+  return AddChildOfType(Type, Owner);
+}
+
+void TSVGDocument::StyleNotify(TSVGStyle *Style, TCollectionNotification Action)
+{
+  if (Action == cnAdded) {
+    if (OnAddStyle)
+      OnAddStyle(this, Style);
+  } else if (OnRemoveStyle) {
+    OnRemoveStyle(this, Style);
+  }
+  if (Action == cnRemoved)
+    delete Style;
+  Change(this);
+}
+
+void TSVGDocument::FreeStyles()
+{
+  FStyles.Clear();
+}
+
+} // namespace vx

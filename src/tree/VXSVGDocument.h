@@ -1,0 +1,124 @@
+#pragma once
+// TSVGDocument: the class of the svg element and the root that owns a loaded document: the table of
+// all elements by id, the style rules, the options, the resolution and unit factors, and the events.
+// A nested svg is again a document whose owner answers for options, events and the element table.
+#include "platform/common/VXDictionary.h"
+#include "tree/VXSVGCustomViewBox.h"
+
+#include <QIODevice>
+
+#include <functional>
+#include <vector>
+
+namespace vx {
+
+using TSVGElementTable = TVXStringObjectHashTable<TSVGElement>;
+using TSVGStyleTable = TVXStringObjectHashTable<TSVGStyle>;
+
+using TSVGElementEvent = std::function<void(TObject *Sender, TSVGElement *Element)>;
+using TSVGParserNodeEvent = std::function<void(TSVGElement *Element, const IXMLNode &Node)>;
+using TSVGStyleEvent = std::function<void(TObject *Sender, TSVGStyle *Style)>;
+
+class TSVGDocument : public TSVGCustomViewBox
+{
+  VX_SVG_ELEMENT_CLASS(TSVGDocument)
+
+public:
+  explicit TSVGDocument(TSVGDocument *Owner = nullptr);
+  ~TSVGDocument() override;
+
+  TSVGElementType SVGType() const override { return etDoc; }
+  TSVGElementTypes ChildSVGTypes() const override;
+
+  // --- loading ---
+  void LoadFromFile(const QString &FileName);
+  void LoadFromStream(QIODevice &Stream);
+  void LoadFromText(const QString &Text);
+  // Refuses a missing root and a root that is not svg before anything is cleared, so a failed load
+  // leaves the old content in place.
+  void LoadFromXML(const IXMLDocument &Document);
+  void LoadFromXML(const IXMLNode &Node) override;
+  // Thorough: loads into a scratch document; otherwise only the root's name is looked at.
+  static bool IsValidSVG(const IXMLDocument &Document, bool Thorough);
+  static bool IsValidSVG(const QString &FileName, bool Thorough);
+  static bool IsValidSVG(QIODevice &Stream, bool Thorough);
+  static bool IsValidSVG(bool Thorough, const QString &Text);
+
+  // --- tables ---
+  TSVGElementTable &AllItems() { return FAllItems; }
+  const TSVGElementTable &AllItems() const { return FAllItems; }
+  TSVGStyleTable &Styles() { return FStyles; }
+  const TSVGStyleTable &Styles() const { return FStyles; }
+  // The text of every style element read, in document order, for the style-sheet reader.
+  const QStringList &StyleSheets() const { return FStyleSheets; }
+  virtual void ReadStyles(const IXMLNode &Node);
+  virtual void ReadStyles(const QString &Text);
+  // Paint servers and markers of the element table, rebuilt when the table has changed.
+  const std::vector<TSVGElement *> &Gradients();
+  const std::vector<TSVGElement *> &Markers();
+  const std::vector<TSVGElement *> &Patterns();
+
+  // --- settings ---
+  TSVGOptions GetOptions() const override;
+  void SetOptions(TSVGOptions Value);
+  int DPI() const { return FDPI; }
+  // Values under 10 become 10; the unit factors follow.
+  void SetDPI(int Value);
+  const TSVGUnitFactors &UnitFactors() const { return FUnitFactors; }
+  const QString &FormatStr() const { return FFormatStr; }
+  // Fails, keeping the old pattern, when Value is no number pattern of the "0.###" kind.
+  void SetFormatStr(const QString &Value);
+  QString PreferredLanguage() const { return FPrefLanguages.CommaText(); }
+  void SetPreferredLanguage(const QString &Value) { FPrefLanguages.SetCommaText(Value); }
+  const TStringList &PrefLanguages() const { return FPrefLanguages; }
+  TSVGShapeRendering DefaultShapeRendering() const { return FDefaultShapeRendering; }
+  TSVGColorRendering DefaultColorRendering() const { return FDefaultColorRendering; }
+  TSVGTextRendering DefaultTextRendering() const { return FDefaultTextRendering; }
+  TSVGColorInterpolation DefaultColorInterpolation() const { return FDefaultColorInterpolation; }
+
+  // --- tree ---
+  void Change(TSVGElement *Element) override;
+  void ElementNotification(TObject *Sender, TSVGElement *Item, TCollectionNotification Action) override;
+  void Clear() override;
+  void Assign(const TPersistent *Source) override;
+  void AssignProperties(const TSVGElement *Source) override;
+  TSVGElement *Clone(TSVGDocument *Owner) const override;
+
+  // --- events ---
+  TSVGParserNodeEvent OnParsingNode;
+  TSVGElementEvent OnParsedNode;
+  TNotifyEvent OnChange;
+  TSVGElementEvent OnAddElement;
+  TSVGElementEvent OnRemoveElement;
+  TSVGStyleEvent OnAddStyle;
+  TSVGStyleEvent OnRemoveStyle;
+
+protected:
+  friend class TSVGElement;
+  void DoOnParsingNode(TSVGElement *Element, const IXMLNode &Node) override;
+  void DoOnParsedNode(TSVGElement *Element) override;
+  int ReadChild(const IXMLNode &Node) override;
+  virtual void UpdateElementLists();
+
+private:
+  static TSVGUnitFactors CalcUnitFactors(int DPI);
+  void StyleNotify(TSVGStyle *Style, TCollectionNotification Action);
+  void FreeStyles();
+
+  TSVGElementTable FAllItems;
+  TSVGStyleTable FStyles;
+  QStringList FStyleSheets;
+  TSVGOptions FOptions = DefaultSVGOptions;
+  TStringList FPrefLanguages;
+  int FDPI = 96;
+  TSVGUnitFactors FUnitFactors;
+  TSVGShapeRendering FDefaultShapeRendering = srnGeometricPrecision;
+  TSVGColorRendering FDefaultColorRendering = clrnAuto;
+  TSVGTextRendering FDefaultTextRendering = txrnAuto;
+  TSVGColorInterpolation FDefaultColorInterpolation = sciSRGB;
+  QString FFormatStr = QStringLiteral("0.###");
+  std::vector<TSVGElement *> FGradients, FMarkers, FPatterns;
+  bool FAllItemsModified = true;
+};
+
+} // namespace vx
