@@ -55,9 +55,8 @@ void TSVGGraphicElement::DoLoadFromXML(const IXMLNode &Node)
 
 void TSVGGraphicElement::ReadChildren(const IXMLNode &Node)
 {
-  const IXMLNodeList Children = Node.ChildNodes();
-  for (int I = 0; I < Children.Count(); ++I) {
-    const IXMLNode Child = Children[I];
+  // Walk by siblings: indexed access into the DOM's child list costs a walk of its own.
+  for (IXMLNode Child = Node.ChildNodes().First(); Child; Child = Child.NextSibling()) {
     const int Index = ReadChild(Child);
     if (Index > -1)
       FItems[Index]->LoadFromXML(Child);
