@@ -281,3 +281,25 @@ TEST(ElementGeometry, FitToRectAndScreenToLocal)
   Document.SetViewBox(VXRect(100, 100, 300, 200), true);
   EXPECT_EQ(Document.ScreenToLocal({5, 5}, VXRect(0, 0, 10, 10)), (TPointF{200, 150}));
 }
+
+TEST(DocumentStyles, TableNotifiesAndOwnsItsRules)
+{
+  TSVGDocument Document;
+  QStringList Log;
+  Document.OnAddStyle = [&](TObject *, TSVGStyle *) { Log << QStringLiteral("add"); };
+  Document.OnRemoveStyle = [&](TObject *, TSVGStyle *) { Log << QStringLiteral("remove"); };
+  int Changes = 0;
+  Document.OnChange = [&](TObject *) { ++Changes; };
+  auto *Rule = new TSVGStyle;
+  Rule->SetText(QStringLiteral("fill: red; /* note */ stroke : blue ; fill:green"));
+  EXPECT_EQ(Rule->Text(), QStringLiteral("fill:green;stroke:blue")) << "a later pair replaces an earlier one";
+  Document.Styles().Add(QStringLiteral(".a"), Rule);
+  auto *Kept = new TSVGStyle;
+  Document.Styles().Add(QStringLiteral(".b"), Kept);
+  Document.Styles().ExtractPair(QStringLiteral(".b"));
+  delete Kept;
+  Document.Styles().Remove(QStringLiteral(".a"));
+  EXPECT_EQ(Log, (QStringList{QStringLiteral("add"), QStringLiteral("add"), QStringLiteral("remove"),
+                              QStringLiteral("remove")}));
+  EXPECT_EQ(Changes, 4);
+}
