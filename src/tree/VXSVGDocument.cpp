@@ -8,7 +8,6 @@
 #include <QFile>
 #include <QLocale>
 
-#include <memory>
 
 namespace vx {
 
@@ -268,22 +267,6 @@ void TSVGDocument::Clear()
   FStyleSheets.clear();
 }
 
-void TSVGDocument::Assign(const TPersistent *Source)
-{
-  const auto *Element = dynamic_cast<const TSVGElement *>(Source);
-  if (!Element) {
-    TSVGCustomViewBox::Assign(Source);
-    return;
-  }
-  if (Element == this)
-    return;
-  TSVGUpdateGuard Guard(*this);
-  Clear();
-  AssignProperties(Element);
-  for (const TSVGElement *Child : Element->Items())
-    FItems.Add(Child->Clone(this));
-}
-
 void TSVGDocument::AssignProperties(const TSVGElement *Source)
 {
   if (const auto *Document = dynamic_cast<const TSVGDocument *>(Source)) {
@@ -307,15 +290,10 @@ void TSVGDocument::AssignProperties(const TSVGElement *Source)
   TSVGCustomViewBox::AssignProperties(Source);
 }
 
-// The children of the copy belong to the copy, not to Owner.
-TSVGElement *TSVGDocument::Clone(TSVGDocument *Owner) const
+// The children of a copied document belong to the copy.
+TSVGDocument *TSVGDocument::OwnerOfCopies()
 {
-  auto Result = std::make_unique<TSVGDocument>(Owner);
-  TSVGUpdateGuard Guard(*Result);
-  Result->AssignProperties(this);
-  for (const TSVGElement *Child : FItems)
-    Result->FItems.Add(Child->Clone(Result.get()));
-  return Result.release();
+  return this;
 }
 
 void TSVGDocument::DoOnParsingNode(TSVGElement *Element, const IXMLNode &Node)

@@ -80,9 +80,7 @@ public:
   void Change(TSVGElement *Element) override;
   void ElementNotification(TObject *Sender, TSVGElement *Item, TCollectionNotification Action) override;
   void Clear() override;
-  void Assign(const TPersistent *Source) override;
   void AssignProperties(const TSVGElement *Source) override;
-  TSVGElement *Clone(TSVGDocument *Owner) const override;
 
   // --- events ---
   TSVGParserNodeEvent OnParsingNode;
@@ -98,6 +96,7 @@ protected:
   void DoOnParsingNode(TSVGElement *Element, const IXMLNode &Node) override;
   void DoOnParsedNode(TSVGElement *Element) override;
   int ReadChild(const IXMLNode &Node) override;
+  TSVGDocument *OwnerOfCopies() override;
   virtual void UpdateElementLists();
 
 private:

@@ -246,7 +246,7 @@ void TSVGElement::Assign(const TPersistent *Source)
   Clear();
   AssignProperties(Element);
   for (const TSVGElement *Child : Element->FItems)
-    FItems.Add(Child->Clone(FOwner));
+    FItems.Add(Child->Clone(OwnerOfCopies()));
 }
 
 void TSVGElement::AssignProperties(const TSVGElement *Source)
@@ -271,12 +271,17 @@ TSVGElement *TSVGElement::Clone(TSVGDocument *Owner) const
     TSVGUpdateGuard Guard(*Result);
     Result->AssignProperties(this);
     for (const TSVGElement *Child : FItems)
-      Result->FItems.Add(Child->Clone(Owner));
+      Result->FItems.Add(Child->Clone(Result->OwnerOfCopies()));
   } catch (...) {
     delete Result;
     throw;
   }
   return Result;
+}
+
+TSVGDocument *TSVGElement::OwnerOfCopies()
+{
+  return FOwner;
 }
 
 void TSVGElement::Clear()

@@ -149,6 +149,9 @@ protected:
   // Marks the element as going away, so that nothing it triggers is reported to the user.
   void BeforeDestruction() { FElementState.Include(esDestroying); }
   void ClearChildren() { FItems.Clear(); }
+  // The owner given to copies of children made by Assign and Clone: the owner document, or the
+  // document itself when this element is one.
+  virtual TSVGDocument *OwnerOfCopies();
 
   QString FID;
   TSVGDocument *const FOwner;

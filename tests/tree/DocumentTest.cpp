@@ -303,3 +303,15 @@ TEST(DocumentStyles, TableNotifiesAndOwnsItsRules)
                               QStringLiteral("remove")}));
   EXPECT_EQ(Changes, 4);
 }
+
+TEST(ElementCopies, ClonedDocumentOwnsItsChildren)
+{
+  TSVGDocument Document;
+  Document.LoadFromText(Svg("<g id='a'><g id='b'/></g>"));
+  std::unique_ptr<TSVGElement> Copy(Document.Clone(nullptr));
+  auto *CopiedDocument = dynamic_cast<TSVGDocument *>(Copy.get());
+  ASSERT_NE(CopiedDocument, nullptr);
+  ASSERT_EQ(CopiedDocument->Count(), 1);
+  EXPECT_EQ((*CopiedDocument)[0]->GetOwner(), CopiedDocument);
+  EXPECT_EQ(CopiedDocument->AllItems().Elements(QStringLiteral("b"))->ID(), QStringLiteral("b"));
+}
