@@ -1,6 +1,7 @@
 #include "tree/VXSVGDocument.h"
 
 #include "platform/rtl/VXSysUtils.h"
+#include "values/VXSVGAttributes.h"
 #include "values/VXSVGException.h"
 #include "values/VXSVGLookups.h"
 
@@ -192,6 +193,33 @@ void TSVGDocument::UpdateElementLists()
       break;
     }
   }
+}
+
+bool TSVGDocument::DoShouldDraw(const TSVGElement *Element, bool Value) const
+{
+  if (OnShouldDraw)
+    OnShouldDraw(Element, Value);
+  return Value;
+}
+
+bool TSVGDocument::SupportsFeature(const QString &Feature) const
+{
+  return SVGFeatureSupport[GetSVGFeatureSupport(Feature)];
+}
+
+bool TSVGDocument::SupportsLanguage(const QString &Language) const
+{
+  const QStringList Tokens = CleanArray(SplitString(Language, QStringLiteral(", ")));
+  if (Tokens.isEmpty())
+    return false;
+  const QStringList Preferences = GetOptions().Contains(soUseLocaleForLanguage)
+                                      ? QLocale::system().uiLanguages()
+                                      : FPrefLanguages.ToStringList();
+  for (const QString &Preference : Preferences)
+    for (const QString &Token : Tokens)
+      if (StartsText(Token, Preference))
+        return true;
+  return false;
 }
 
 TSVGOptions TSVGDocument::GetOptions() const

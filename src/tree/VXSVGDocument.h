@@ -18,6 +18,7 @@ using TSVGStyleTable = TVXStringObjectHashTable<TSVGStyle>;
 using TSVGElementEvent = std::function<void(TObject *Sender, TSVGElement *Element)>;
 using TSVGParserNodeEvent = std::function<void(TSVGElement *Element, const IXMLNode &Node)>;
 using TSVGStyleEvent = std::function<void(TObject *Sender, TSVGStyle *Style)>;
+using TSVGShouldDrawQEvent = std::function<void(const TSVGElement *Element, bool &Draw)>;
 
 class TSVGDocument : public TSVGCustomViewBox
 {
@@ -76,6 +77,15 @@ public:
   TSVGTextRendering DefaultTextRendering() const { return FDefaultTextRendering; }
   TSVGColorInterpolation DefaultColorInterpolation() const { return FDefaultColorInterpolation; }
 
+  // --- conditional processing ---
+  using TSVGCustomViewBox::DoShouldDraw;
+  // Element's own answer Value, which OnShouldDraw may overturn.
+  bool DoShouldDraw(const TSVGElement *Element, bool Value) const;
+  virtual bool SupportsFeature(const QString &Feature) const;
+  // True when a preferred language starts with one of the tokens of Language: "en" is satisfied
+  // by a preference "en-US", but not the other way round.
+  virtual bool SupportsLanguage(const QString &Language) const;
+
   // --- tree ---
   void Change(TSVGElement *Element) override;
   void ElementNotification(TObject *Sender, TSVGElement *Item, TCollectionNotification Action) override;
@@ -90,6 +100,7 @@ public:
   TSVGElementEvent OnRemoveElement;
   TSVGStyleEvent OnAddStyle;
   TSVGStyleEvent OnRemoveStyle;
+  TSVGShouldDrawQEvent OnShouldDraw;
 
 protected:
   friend class TSVGElement;

@@ -126,6 +126,54 @@ bool TSVGElement::IsEnabled() const
   return FEnabled && (!FParent || FParent->IsEnabled());
 }
 
+bool TSVGElement::ShouldDraw() const
+{
+  const bool Result = DoShouldDraw();
+  return FOwner ? FOwner->DoShouldDraw(this, Result) : Result;
+}
+
+bool TSVGElement::DoShouldDraw() const
+{
+  return HasFeatures() && HasExtensions() && HasLanguages();
+}
+
+bool TSVGElement::HasFeatures() const
+{
+  if (!FOwner)
+    return true;
+  for (int I = 0; I < FRequiredFeatures.Count(); ++I)
+    if (!FOwner->SupportsFeature(FRequiredFeatures[I]))
+      return false;
+  return true;
+}
+
+bool TSVGElement::HasExtensions() const
+{
+  return FRequiredExtensions.Count() == 0;
+}
+
+bool TSVGElement::HasLanguages() const
+{
+  if (!FOwner)
+    return true;
+  bool Result = FLanguage.isEmpty() || FOwner->SupportsLanguage(FLanguage);
+  if (!FLanguage.isEmpty() && Result)
+    return true;
+  for (int I = 0; I < FSystemLanguages.Count(); ++I) {
+    Result = FOwner->SupportsLanguage(FSystemLanguages[I]);
+    if (Result)
+      break;
+  }
+  return Result;
+}
+
+bool TSVGElement::HasLanguage(const QString &) const
+{
+  const QStringList Tokens = CleanArray(SplitString(FLanguage, ClassSeparators));
+  return std::any_of(Tokens.begin(), Tokens.end(),
+                     [this](const QString &Token) { return StartsText(FLanguage, Token); });
+}
+
 TSVGOptions TSVGElement::GetOptions() const
 {
   return FOwner ? FOwner->GetOptions() : DefaultSVGOptions;

@@ -87,6 +87,18 @@ public:
   bool HasPreceding(const TSVGElement *E) const;
   bool HasFollowing(const TSVGElement *E) const;
 
+  // --- conditional processing ---
+  // Whether the element takes part in drawing: its own conditions, then the owner's last word.
+  bool ShouldDraw() const;
+  virtual bool DoShouldDraw() const;
+  virtual bool HasFeatures() const;
+  // No extension is supported, so any required extension hides the element.
+  virtual bool HasExtensions() const;
+  virtual bool HasLanguages() const;
+  // What language selectors ask. The argument is not consulted: the test is whether lang is a
+  // single token that starts with itself, which keeps old style sheets matching the same way.
+  virtual bool HasLanguage(const QString &Language) const;
+
   // --- listeners and changes ---
   void ChangeNotification(TSVGElement *Element);
   void RemoveChangeNotification(TSVGElement *Element);

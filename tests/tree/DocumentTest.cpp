@@ -85,8 +85,9 @@ TEST(ElementTable, DestroyingElementsInACollisionRunKeepsTheOthersFindable)
     const bool Gone = I % 3 == 0;
     EXPECT_EQ(Document.AllItems().ContainsKey(QStringLiteral("g%1").arg(I)), !Gone) << I;
     EXPECT_EQ(Document.AllItems().ContainsKey(QStringLiteral("c%1").arg(I)), !Gone) << "children go first " << I;
-    if (!Gone)
+    if (!Gone) {
       EXPECT_EQ(Document.AllItems().Elements(QStringLiteral("c%1").arg(I))->Parent()->ID(), QStringLiteral("g%1").arg(I));
+    }
   }
 }
 
