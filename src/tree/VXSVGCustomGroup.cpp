@@ -11,6 +11,50 @@ TSVGElementTypes SVGGroupChildTypes()
          TSVGElementTypes{etImage, etText, etSwitch, etStyle, etClipPath, etMarker, etScript, etPattern};
 }
 
+namespace {
+
+// The first non-empty rectangle takes over, so an empty own rectangle at the origin does not drag
+// the origin into the bounds.
+void Accumulate(TRectF &Bounds, const TRectF &Child)
+{
+  Bounds = Bounds.IsEmpty() ? Child : UnionRect(Bounds, Child);
+}
+
+} // namespace
+
+TRectF TSVGCustomGroup::GetBoundsRect() const
+{
+  if (FCalcBR) {
+    FBoundsRect = TSVGGraphicElement::GetBoundsRect();
+    for (const TSVGElement *Child : FItems)
+      Accumulate(FBoundsRect, Child->GetBoundsRect());
+    FCalcBR = false;
+  }
+  return FBoundsRect;
+}
+
+TRectF TSVGCustomGroup::GetBoundsRect(const TMatrix &Matrix) const
+{
+  FBoundsRect = TSVGGraphicElement::GetBoundsRect(Matrix);
+  const TMatrix Combined = VXMatrixMultiply(FMatrix, Matrix);
+  for (const TSVGElement *Child : FItems)
+    Accumulate(FBoundsRect, Child->GetBoundsRect(Combined));
+  FCalcBR = true;
+  return FBoundsRect;
+}
+
+void TSVGCustomGroup::Change(TSVGElement *Element)
+{
+  FCalcBR = true;
+  TSVGGraphicElement::Change(Element);
+}
+
+void TSVGCustomGroup::Reset()
+{
+  FCalcBR = true;
+  TSVGGraphicElement::Reset();
+}
+
 int TSVGCustomGroup::AddChildOfType(TSVGElementType Type, TSVGDocument *Owner)
 {
   const TSVGElementClass *Class = SVGClasses()[Type];

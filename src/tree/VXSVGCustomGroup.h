@@ -16,6 +16,13 @@ public:
 
   TSVGElementType SVGType() const override { return etGroup; }
 
+  // The union of the element's own rectangle and its children's bounds, cached until a change.
+  TRectF GetBoundsRect() const override;
+  // Computed afresh under Matrix, never from the cache (which holds another space).
+  TRectF GetBoundsRect(const TMatrix &Matrix) const override;
+  void Change(TSVGElement *Element) override;
+  void Reset() override;
+
 protected:
   // Known tags become elements of the registered class, with the owner document as their owner;
   // an entity reference becomes a group that reads the entity's content; style elements feed the
@@ -23,6 +30,9 @@ protected:
   int ReadChild(const IXMLNode &Node) override;
   // Adds a new element of the class registered for Type, owned by Owner; -1 when none is.
   int AddChildOfType(TSVGElementType Type, TSVGDocument *Owner);
+
+  mutable bool FCalcBR = true;
+  mutable TRectF FBoundsRect;
 };
 
 } // namespace vx

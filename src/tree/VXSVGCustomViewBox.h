@@ -1,27 +1,58 @@
 #pragma once
-// TSVGCustomViewBox: a group that establishes a view box of its own (the document, symbols,
-// markers, patterns and images). The tree needs the box itself; its aspect-ratio arithmetic builds
-// on it.
+// TSVGCustomViewBox: a group that establishes a viewport (the document, nested svg, symbols,
+// markers, patterns and images): it maps its view box into the viewport with the preserveAspectRatio
+// arithmetic and hides what overflows the viewport when clipping is on.
 #include "tree/VXSVGCustomGroup.h"
+#include "values/VXSVGViewBox.h"
 
 namespace vx {
 
 class TSVGCustomViewBox : public TSVGCustomGroup
 {
 public:
-  using TSVGCustomGroup::TSVGCustomGroup;
+  // Markers align with saNone by default; every other viewport centres (saXMidYMid).
+  explicit TSVGCustomViewBox(TSVGDocument *Owner, TSVGAlign DefaultAlign = saXMidYMid);
 
-  const TRectF &ViewBox() const { return FViewBox; }
-  // A box set by the document or by its author; Specified tells whether the author gave it.
-  void SetViewBox(const TRectF &Value, bool Specified);
-  bool IsViewBoxSpecified() const { return FViewBoxSpecified; }
+  TSVGViewBox &ViewBox() { return FViewBox; }
+  const TSVGViewBox &ViewBox() const { return FViewBox; }
+  // Setting a view box marks it specified.
+  void SetViewBox(const TSVGViewBox &Value);
+  void SetViewBox(const TRectF &Value);
+  bool IsViewBoxSpecified() const { return FViewBox.Specified(); }
+  TSVGPreserveAspectRatio &AspectRatio() { return FAspectRatio; }
+  const TSVGPreserveAspectRatio &AspectRatio() const { return FAspectRatio; }
+  void SetAspectRatio(const TSVGPreserveAspectRatio &Value) { FAspectRatio.Assign(&Value); }
 
+  // The scale and offset that fit a view box of the given size into Rect under Aspect. X, Y and the
+  // scales come in as the viewport's corner and 1.
+  static void DefineView(const TRectF &Rect, float ViewBoxWidth, float ViewBoxHeight,
+                         const TSVGPreserveAspectRatio &Aspect, float &X, float &Y, float &ScaleX, float &ScaleY);
+  TMatrix GetViewMatrix(const TMatrix &Matrix, const TRectF &Rect) const override;
+  using TSVGCustomGroup::GetViewMatrix;
   const TSVGCustomViewBox *GetNearestViewBox() const override;
+
+  TRectF GetBoundsRect() const override;
+  TRectF GetBoundsRect(const TMatrix &Matrix) const override;
+
+  void Draw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect) override;
+  using TSVGCustomGroup::Draw;
+
   void AssignProperties(const TSVGElement *Source) override;
+  void Clear() override;
 
 protected:
-  TRectF FViewBox;
-  bool FViewBoxSpecified = false;
+  void DoLoadFromXML(const IXMLNode &Node) override;
+  void DrawElementParent(TMatrix &Matrix, TVXGPCanvas &Canvas, TRectF &Rect) override;
+  // Narrows the canvas clip to the viewport rectangle, unless overflow is visible or clipping is off.
+  virtual void OverflowClipping(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
+  // The rectangle the view box maps into: the root's own view box, else the element's bounds.
+  TRectF Viewport() const;
+  bool IsStored(TSVGStyleProperty Property, const QString &Value) const override;
+  // Writes a derived view box without telling anyone: it is a cache, not an edit.
+  void SetViewBoxSilently(const TRectF &Rect, bool Specified) const;
+
+  mutable TSVGViewBox FViewBox;
+  TSVGPreserveAspectRatio FAspectRatio;
 };
 
 } // namespace vx

@@ -1,11 +1,13 @@
 #include "tree/VXSVGDocument.h"
 
 #include "platform/rtl/VXSysUtils.h"
+#include "tree/VXSVGStyleSheet.h"
 #include "values/VXSVGAttributes.h"
 #include "values/VXSVGException.h"
 #include "values/VXSVGLookups.h"
 
 #include <QBuffer>
+#include <memory>
 #include <QFile>
 #include <QLocale>
 
@@ -41,7 +43,9 @@ TSVGDocument::TSVGDocument(TSVGDocument *Owner) : TSVGCustomViewBox(Owner), FUni
     StyleNotify(Style, Action);
   };
   FPrefLanguages.OnChange = [this](TObject *Sender) { ObjectPropChange(Sender); };
-  FViewBox = VXRect(0, 0, 100, 100);
+  SetHeight(100);
+  SetWidth(100);
+  FViewBox.SetRect(VXRect(0, 0, 100, 100));
   FPrefLanguages.SetCommaText(QLocale::system().uiLanguages().join(QLatin1Char(',')));
 }
 
@@ -142,12 +146,30 @@ bool TSVGDocument::IsValidSVG(bool Thorough, const QString &Text)
 
 void TSVGDocument::ReadStyles(const IXMLNode &Node)
 {
-  ReadStyles(Node.Text());
+  for (IXMLNode Child = Node.ChildNodes().First(); Child; Child = Child.NextSibling())
+    if (Child.NodeType() == ntCData)
+      ReadStyles(Child.Text());
+  if (Node.IsTextElement())
+    ReadStyles(Node.Text());
 }
 
 void TSVGDocument::ReadStyles(const QString &Text)
 {
-  FStyleSheets.append(Text);
+  ParseStyleSheet(Text, [this](const QString &Selector, const QString &Style) { DoAddStyle(Selector, Style); });
+}
+
+void TSVGDocument::DoAddStyle(const QString &Selector, const QString &Style)
+{
+  auto Rule = std::make_unique<TSVGStyle>(Selector, Style);
+  FStyles.Add(Rule->Name(), Rule.get());
+  Rule.release();
+}
+
+void TSVGDocument::ApplyStyles()
+{
+  TSVGUpdateGuard Guard(*this);
+  ApplyMatchingStyles(&FStyles);
+  TSVGCustomViewBox::ApplyStyles();
 }
 
 const std::vector<TSVGElement *> &TSVGDocument::Gradients()
@@ -200,6 +222,44 @@ bool TSVGDocument::DoShouldDraw(const TSVGElement *Element, bool Value) const
   if (OnShouldDraw)
     OnShouldDraw(Element, Value);
   return Value;
+}
+
+TSVGUnitFactors TSVGDocument::GetUnitFactors() const
+{
+  TSVGUnitFactors Factors = FUnitFactors;
+  const float Size = ElementState().Contains(esReading) ? FFont->GetSize()
+                                                         : const_cast<TSVGDocument *>(this)->GetFont().GetSize();
+  Factors[suFontSize] *= Size;
+  Factors[suFontXHeight] *= Size * 0.5f;
+  return Factors;
+}
+
+bool TSVGDocument::DoDrawing(TSVGElement *Sender, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)
+{
+  if (GetOwner())
+    return GetOwner()->DoDrawing(Sender, Matrix, Canvas, Rect);
+  bool DoDefault = true;
+  if (OnDrawing)
+    OnDrawing(Sender, Matrix, Canvas, Rect, DoDefault);
+  return DoDefault;
+}
+
+void TSVGDocument::DoDrawn(TSVGElement *Sender, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)
+{
+  if (GetOwner())
+    GetOwner()->DoDrawn(Sender, Matrix, Canvas, Rect);
+  else if (OnDrawn)
+    OnDrawn(Sender, Matrix, Canvas, Rect);
+}
+
+bool TSVGDocument::DoDisableAppearance(TSVGElement *Sender, TMatrix &Matrix, TVXGPCanvas &Canvas, TRectF &Rect)
+{
+  if (GetOwner())
+    return GetOwner()->DoDisableAppearance(Sender, Matrix, Canvas, Rect);
+  bool DoDefault = true;
+  if (OnDisableAppearance)
+    OnDisableAppearance(Sender, Matrix, Canvas, Rect, DoDefault);
+  return DoDefault;
 }
 
 bool TSVGDocument::SupportsFeature(const QString &Feature) const
@@ -292,7 +352,6 @@ void TSVGDocument::Clear()
   TSVGCustomViewBox::Clear();
   FAllItems.Clear();
   FreeStyles();
-  FStyleSheets.clear();
 }
 
 void TSVGDocument::AssignProperties(const TSVGElement *Source)
@@ -313,7 +372,6 @@ void TSVGDocument::AssignProperties(const TSVGElement *Source)
       Copy->Assign(Rule.Value);
       FStyles.Add(Rule.Key, Copy);
     }
-    FStyleSheets = Document->FStyleSheets;
   }
   TSVGCustomViewBox::AssignProperties(Source);
 }

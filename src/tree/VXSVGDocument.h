@@ -18,6 +18,12 @@ using TSVGStyleTable = TVXStringObjectHashTable<TSVGStyle>;
 using TSVGElementEvent = std::function<void(TObject *Sender, TSVGElement *Element)>;
 using TSVGParserNodeEvent = std::function<void(TSVGElement *Element, const IXMLNode &Node)>;
 using TSVGStyleEvent = std::function<void(TObject *Sender, TSVGStyle *Style)>;
+using TSVGDrawingQEvent = std::function<void(TObject *Sender, const TMatrix &Matrix, TVXGPCanvas &Canvas,
+                                              const TRectF &Rect, bool &DoDefault)>;
+using TSVGDrawingEvent =
+    std::function<void(TObject *Sender, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)>;
+using TSVGDrawingModificationEvent = std::function<void(TObject *Sender, TMatrix &Matrix, TVXGPCanvas &Canvas,
+                                                        TRectF &Rect, bool &DoDefault)>;
 using TSVGShouldDrawQEvent = std::function<void(const TSVGElement *Element, bool &Draw)>;
 
 class TSVGDocument : public TSVGCustomViewBox
@@ -50,10 +56,12 @@ public:
   const TSVGElementTable &AllItems() const { return FAllItems; }
   TSVGStyleTable &Styles() { return FStyles; }
   const TSVGStyleTable &Styles() const { return FStyles; }
-  // The text of every style element read, in document order, for the style-sheet reader.
-  const QStringList &StyleSheets() const { return FStyleSheets; }
+  // Reads the rules of a style element (its CDATA sections, or its text) into the rule table.
   virtual void ReadStyles(const IXMLNode &Node);
   virtual void ReadStyles(const QString &Text);
+  // Adds the rule for one selector; a selector that is already in the table fails.
+  virtual void DoAddStyle(const QString &Selector, const QString &Style);
+  void ApplyStyles() override;
   // Paint servers and markers of the element table, rebuilt when the table has changed.
   const std::vector<TSVGElement *> &Gradients();
   const std::vector<TSVGElement *> &Markers();
@@ -66,6 +74,8 @@ public:
   // Values under 10 become 10; the unit factors follow.
   void SetDPI(int Value);
   const TSVGUnitFactors &UnitFactors() const { return FUnitFactors; }
+  // The document's own factors, also when nested, with the font-relative units resolved.
+  TSVGUnitFactors GetUnitFactors() const override;
   const QString &FormatStr() const { return FFormatStr; }
   // Fails, keeping the old pattern, when Value is no number pattern of the "0.###" kind.
   void SetFormatStr(const QString &Value);
@@ -86,6 +96,13 @@ public:
   // by a preference "en-US", but not the other way round.
   virtual bool SupportsLanguage(const QString &Language) const;
 
+  // --- drawing events ---
+  // True unless OnDrawing clears it: then Sender's own geometry is skipped, its children are not.
+  bool DoDrawing(TSVGElement *Sender, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect) override;
+  void DoDrawn(TSVGElement *Sender, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect) override;
+  // True unless OnDisableAppearance clears it, which keeps a disabled element's colours.
+  bool DoDisableAppearance(TSVGElement *Sender, TMatrix &Matrix, TVXGPCanvas &Canvas, TRectF &Rect) override;
+
   // --- tree ---
   void Change(TSVGElement *Element) override;
   void ElementNotification(TObject *Sender, TSVGElement *Item, TCollectionNotification Action) override;
@@ -101,6 +118,9 @@ public:
   TSVGStyleEvent OnAddStyle;
   TSVGStyleEvent OnRemoveStyle;
   TSVGShouldDrawQEvent OnShouldDraw;
+  TSVGDrawingQEvent OnDrawing;
+  TSVGDrawingEvent OnDrawn;
+  TSVGDrawingModificationEvent OnDisableAppearance;
 
 protected:
   friend class TSVGElement;
@@ -117,7 +137,6 @@ private:
 
   TSVGElementTable FAllItems;
   TSVGStyleTable FStyles;
-  QStringList FStyleSheets;
   TSVGOptions FOptions = DefaultSVGOptions;
   TStringList FPrefLanguages;
   int FDPI = 96;

@@ -392,7 +392,7 @@ TPointF TSVGElement::ScreenToLocal(const TPointF &Point, const TRectF &Rect) con
   const TSVGCustomViewBox *Nearest = GetNearestViewBox();
   if (!Nearest || Rect.Width() == 0 || Rect.Height() == 0)
     return Point;
-  const TRectF V = Nearest->ViewBox();
+  const TRectF V = Nearest->ViewBox().GetRect();
   return {V.Left + V.Width() * (Point.X / Rect.Width()), V.Top + V.Height() * (Point.Y / Rect.Height())};
 }
 

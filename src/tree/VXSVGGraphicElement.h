@@ -1,31 +1,215 @@
 #pragma once
-// TSVGGraphicElement: an element that presentation attributes and CSS can style and that reads
-// child elements. This holds the tree side of the class: the inline style and the reading of
-// children; presentation properties and drawing build on it.
+// TSVGGraphicElement: an element that presentation attributes and CSS can style, that reads child
+// elements and that draws. Each presentation property keeps its own value and a bit in FInherits
+// that says whether the value comes from the parent; the getters resolve that bit up the parent
+// chain at read time, while brush, pen and font are merged once per change and cached.
+//
+// The class is implemented in several sources by concern: the model here (tree/), reading styles
+// (graphics/VXSVGPresentation.cpp), paint resolution (graphics/VXSVGPaintResolution.cpp) and the
+// draw frame (graphics/VXSVGDrawPipeline.cpp).
+#include "platform/common/VXDictionary.h"
+#include "platform/vectorkit/VXGPPath.h"
 #include "tree/VXSVGElement.h"
 #include "tree/VXSVGStyle.h"
+#include "values/VXSVGLength.h"
+#include "values/VXSVGPaint.h"
+#include "values/VXSVGPropertiesSet.h"
+
+#include <memory>
 
 namespace vx {
+
+class TVXGPCanvas;
+class TVXPathData;
 
 class TSVGGraphicElement : public TSVGElement
 {
 public:
   explicit TSVGGraphicElement(TSVGDocument *Owner);
+  ~TSVGGraphicElement() override;
 
   // Also drops the caches that depend on the parent chain.
   void SetParent(TSVGElement *Parent) override;
   // The parent when it is a graphic element, else nil.
-  TSVGGraphicElement *GetGraphicParent() const;
+  TSVGGraphicElement *GetGraphicParent() const { return FGraphicParent; }
 
-  // The inline style attribute, as property/value pairs.
+  // --- presentation properties: getters resolve inheritance, setters store the element's own value ---
+  bool GetVisible() const;
+  void SetVisible(bool Value);
+  TVXGPColor GetColor() const;
+  void SetColor(TVXGPColor Value);
+  TSVGColorInterpolation GetColorInterpolation() const;
+  void SetColorInterpolation(TSVGColorInterpolation Value);
+  TSVGColorRendering GetColorRendering() const;
+  void SetColorRendering(TSVGColorRendering Value);
+  TCursor GetCursor() const;
+  void SetCursor(TCursor Value);
+  TSVGFillRule GetClipRule() const;
+  void SetClipRule(TSVGFillRule Value);
+  TSVGFillRule GetFillRule() const;
+  void SetFillRule(TSVGFillRule Value);
+  TSVGAlignmentBaseline GetAlignmentBaseline() const;
+  void SetAlignmentBaseline(TSVGAlignmentBaseline Value);
+  TSVGDominantBaseline GetDominantBaseline() const;
+  void SetDominantBaseline(TSVGDominantBaseline Value);
+  TSVGDirection GetDirection() const;
+  void SetDirection(TSVGDirection Value);
+  TSVGGlyphOrientationHorizontal GetGlyphOrientationHorizontal() const;
+  void SetGlyphOrientationHorizontal(TSVGGlyphOrientationHorizontal Value);
+  TSVGGlyphOrientationVertical GetGlyphOrientationVertical() const;
+  void SetGlyphOrientationVertical(TSVGGlyphOrientationVertical Value);
+  virtual TSVGWritingMode GetWritingMode() const;
+  void SetWritingMode(TSVGWritingMode Value);
+  float GetOpacity() const;
+  // Clamped to 0..1; an inherited opacity stays marked inherited.
+  void SetOpacity(float Value);
+  // The product of the opacities up the graphic parents.
+  float GetAbsoluteOpacity() const;
+  TSVGShapeRendering GetShapeRendering() const;
+  void SetShapeRendering(TSVGShapeRendering Value);
+  TSVGTextAlign GetTextAlign() const;
+  void SetTextAlign(TSVGTextAlign Value);
+  TSVGTextRendering GetTextRendering() const;
+  void SetTextRendering(TSVGTextRendering Value);
+  TSVGVectorEffect GetVectorEffect() const;
+  void SetVectorEffect(TSVGVectorEffect Value);
+  bool IsOverflow() const;
+  void SetOverflow(bool Value);
+  const QString &ClipURI() const { return FClipURI; }
+  void SetClipURI(const QString &Value);
+  const TRectF &ClipRect() const { return FClipRect; }
+  QString GetMarkerStartURI() const;
+  QString GetMarkerMidURI() const;
+  QString GetMarkerEndURI() const;
+
+  // The paints as resolved (inherited pieces merged); outside a load they resolve on first use.
+  virtual TSVGBrush &GetBrush();
+  virtual TSVGPen &GetPen();
+  virtual TSVGFont &GetFont();
+  // Resolution for a draw under Matrix of what lies in Rect: Rect reaches the paint servers.
+  virtual TSVGBrush &GetBrush(const TMatrix &Matrix, const TRectF &Rect);
+  virtual TSVGPen &GetPen(const TMatrix &Matrix, const TRectF &Rect);
+  void SetBrush(const TSVGBrush &Value);
+  void SetPen(const TSVGPen &Value);
+  void SetFont(const TSVGFont &Value);
+
+  TSVGStylePropertiesSet &Inherits() { return FInherits; }
+  const TSVGStylePropertiesSet &Inherits() const { return FInherits; }
+  void SetInherits(const TSVGStylePropertiesSet &Value) { FInherits.Assign(&Value); }
+  // Which properties are written as style pairs: the parent's set while ParentPreferredStyles holds.
+  const TSVGStylePropertiesSet &GetPreferredStyles() const;
+  void SetPreferredStyles(const TSVGStylePropertiesSet &Value) { FPreferredStyles.Assign(&Value); }
+  bool ParentPreferredStyles() const { return FParentPreferredStyles; }
+  void SetParentPreferredStyles(bool Value) { FParentPreferredStyles = Value; }
+  TSVGUnit OpacityPreferredUnit() const { return FOpacityPreferredUnit; }
+
+  TSVGStylePropertyAutoLength &LetterSpacing() const { return *FLetterSpacing; }
+  TSVGStylePropertyAutoLength &Kerning() const { return *FKerning; }
+  TSVGStylePropertyAutoLength &WordSpacing() const { return *FWordSpacing; }
+  TSVGBaselineShiftLength &BaselineShift() const { return *FBaselineShift; }
+
+  // The inline style attribute (and, after loading, every attribute read), as property/value pairs.
   const TSVGStyle &Style() const { return FStyle; }
   void SetStyle(const TSVGStyle &Value) { FStyle.Assign(&Value); }
 
+  // --- transform and geometry lengths ---
+  const TMatrix &Matrix() const { return FMatrix; }
+  void SetMatrix(const TMatrix &Value);
+  // The matrix as an SVG transform; setting fails as the transform parser does and keeps the old one.
+  QString GetTransformMatrix() const;
+  void SetTransformMatrix(const QString &Value);
+  TSVGLength &Xu() const { return *FX; }
+  TSVGLength &Yu() const { return *FY; }
+  TSVGLength &WidthU() const { return *FWidth; }
+  TSVGLength &HeightU() const { return *FHeight; }
+  // Resolved values in user units; the Raw forms are the stored numbers with no unit resolved.
+  virtual float GetX() const;
+  virtual float GetXRaw() const;
+  virtual float GetY() const;
+  virtual float GetYRaw() const;
+  virtual float GetWidth() const;
+  virtual float GetWidthRaw() const;
+  virtual float GetHeight() const;
+  virtual float GetHeightRaw() const;
+  virtual void SetX(float Value);
+  virtual void SetY(float Value);
+  // Negative sizes become 0.
+  virtual void SetWidth(float Value);
+  virtual void SetHeight(float Value);
+
+  TSVGUnitFactors GetUnitFactors() const override;
+
+  // --- bounds and baking ---
+  TRectF GetBoundsRect() const override;
+  TRectF GetBoundsRect(const TMatrix &Matrix) const override;
+  void SetBoundsRect(const TRectF &Rect) override;
+  // Pushes Matrix and the element's own transform down into the geometry; the transform becomes the identity.
+  virtual void BakeTransformation(const TMatrix &Matrix);
+
+  // --- drawing ---
+  bool DoShouldDraw() const override;
+  // Draws into Rect through the document's view matrix.
+  virtual void Draw(TVXGPCanvas &Canvas, const TRectF &Rect);
+  virtual void Draw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
+  // Draws this element alone, in its place: the ancestors' transforms and clips apply.
+  virtual void DrawElement(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
+  // Ancestors first: composes their transforms into Matrix and sets their clips.
+  virtual void DrawElementParent(TMatrix &Matrix, TVXGPCanvas &Canvas, TRectF &Rect);
+  // The rectangle that overflow clipping keeps: the bounds narrowed by the clip offsets, inflated by one.
+  virtual TRectF GetClipRect() const;
+  // The drawing events of Sender: the owner document answers; without one, drawing goes ahead.
+  virtual bool DoDrawing(TSVGElement *Sender, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
+  virtual void DoDrawn(TSVGElement *Sender, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
+  virtual bool DoDisableAppearance(TSVGElement *Sender, TMatrix &Matrix, TVXGPCanvas &Canvas, TRectF &Rect);
+  // A paint server (gradient, pattern) fills Target for Client, drawn under Matrix over Rect, and
+  // answers true; any other element is no paint server.
+  virtual bool PaintServerBrush(TSVGGraphicElement &Client, const TMatrix &Matrix, const TRectF &Rect,
+                                TVXGPBrush &Target);
+  // The cached geometry in element space; subclasses rebuild it first when it is stale.
+  virtual TVXGPPath *GetShape();
+
+  // --- changes ---
+  void Change(TSVGElement *Element) override;
+  void EnableChange() override;
+  void PropagateObjectPropChange(TObject *Sender) override;
+  void Reset() override;
+
+  // --- XML and copying ---
   void LoadFromXML(const IXMLNode &Node) override;
+  void ApplyStyles() override;
+  // Turns the properties that Style names into fields; the others stay as they are.
+  virtual void ApplyStyle(const TSVGStyle &Style);
   void AssignProperties(const TSVGElement *Source) override;
   void Clear() override;
 
 protected:
+  // The frame of one element's draw: matrix composition, canvas set-up, own geometry, children,
+  // canvas restore (the last also on the way out by an exception).
+  virtual void InternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
+  // Sets up the canvas for this element and its children; false when OnDrawing cancels its geometry.
+  virtual bool BeginDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
+  virtual void EndDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
+  // Draws the element's own geometry; true when something was drawn, which markers follow.
+  virtual bool DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
+  virtual void DrawChildren(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
+  // Fill, then stroke, of Path transformed by Matrix, with the opacities folded in.
+  void DrawPath(const TVXGPPath &Path, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
+  void DrawPath(const TVXPathData &Path, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
+  // Clips the canvas by the element's clip path; the clip-path family builds on this hook.
+  virtual void PerformClipping(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
+  // Sets the canvas pen for the element; ScaleStroke scales width and dashes by Matrix.
+  virtual void SetCanvasPen(TVXGPCanvas &Canvas, const TMatrix &Matrix, bool ScaleStroke);
+  // Greys the canvas paints for a disabled element, unless the owner's OnDisableAppearance refuses.
+  virtual void DisableAppearance(TMatrix &Matrix, TVXGPCanvas &Canvas, TRectF &Rect);
+  virtual int GetSmoothingMode() const;
+  virtual int GetTextRenderingHint() const;
+  virtual int GetCompositingQuality() const;
+
+  void InternalBakeTransformation(const TMatrix &Matrix);
+  // Rewrites the element's own coordinates by Matrix; the base has none to rewrite.
+  virtual void DoBakeTransformation(const TMatrix &Matrix);
+  void BakeTransformationChildren(const TMatrix &Matrix);
+
   void DoLoadFromXML(const IXMLNode &Node) override;
   // Reads every DOM child in order: ReadChild makes the element, which joins the tree before it
   // reads its own attributes.
@@ -34,7 +218,90 @@ protected:
   // handles what no container took: desc, title, editor elements and unknown names.
   virtual int ReadChild(const IXMLNode &Node);
 
+  // Applies the inline style and every enabled rule of Sheet that matches, lowest specificity
+  // first; the inline style counts 999.
+  void ApplyMatchingStyles(const TVXStringObjectHashTable<TSVGStyle> *Sheet);
+
+  // Whether Value differs from the default text of Property (what saving writes).
+  virtual bool IsStored(TSVGStyleProperty Property, const QString &Value) const;
+
+  // The length factories: they wire change, range, unit and inheritance handlers.
+  std::unique_ptr<TSVGLength> CreateLength(bool UseWidthRange);
+  std::unique_ptr<TSVGStylePropertyLength> CreateStylePropertyLength(TSVGStyleProperty Property);
+  std::unique_ptr<TSVGStylePropertyAutoLength> CreateStylePropertyAutoLength(TSVGStyleProperty Property);
+  // Percentages of x and width are of the nearest view box's width, of y and height of its height.
+  void LengthRangeViewBoxWidth(TSVGLength *Length, float &Min, float &Max, bool &Use) const;
+  void LengthRangeViewBoxHeight(TSVGLength *Length, float &Min, float &Max, bool &Use) const;
+
   TSVGStyle FStyle;
+  bool FVisible = true;
+  std::unique_ptr<TSVGPen> FPen;
+  std::unique_ptr<TSVGFont> FFont;
+  std::unique_ptr<TSVGBrush> FBrush;
+  TCursor FCursor = 0;
+  TMatrix FMatrix = VXIdentityMatrix;
+  TSVGTextAlign FTextAlign = TSVGTextAlign(1);
+  bool FPenChanged = true;
+  bool FFontChanged = true;
+  bool FBrushChanged = true;
+  TSVGFillRule FClipRule = frNonZero;
+  TSVGFillRule FFillRule = frNonZero;
+  QString FClipURI;
+  bool FClippingChanged = true;
+  TRectF FClipRect;
+  float FOpacity = 1;
+  int FCanvasState = 0;
+  bool FOverflow = true;
+  QString FMarkerEndURI, FMarkerStartURI, FMarkerMidURI;
+  bool FShapeCacheChanged = true;
+  TVXGPColor FColor = 0;
+  TSVGColorInterpolation FColorInterpolation = sciSRGB;
+  TSVGColorRendering FColorRendering = clrnAuto;
+  TSVGTextRendering FTextRendering = txrnAuto;
+  TSVGShapeRendering FShapeRendering = srnAuto;
+  TSVGVectorEffect FVectorEffect = veNone;
+  TSVGStylePropertiesSet FPreferredStyles;
+  bool FParentPreferredStyles = true;
+  TSVGUnit FOpacityPreferredUnit = suNone;
+  std::unique_ptr<TSVGStylePropertyAutoLength> FLetterSpacing, FKerning, FWordSpacing;
+  TSVGGlyphOrientationHorizontal FGlyphOrientationHorizontal = TSVGGlyphOrientationHorizontal(1);
+  TSVGGlyphOrientationVertical FGlyphOrientationVertical = TSVGGlyphOrientationVertical(1);
+  TSVGWritingMode FWritingMode = TSVGWritingMode(1);
+  TSVGDirection FDirection = TSVGDirection(1);
+  TSVGAlignmentBaseline FAlignmentBaseline = TSVGAlignmentBaseline(1);
+  std::unique_ptr<TSVGBaselineShiftLength> FBaselineShift;
+  TSVGDominantBaseline FDominantBaseline = TSVGDominantBaseline(1);
+  TSVGStylePropertiesSet FInherits;
+  TVXGPPath FShape;
+  std::unique_ptr<TSVGLength> FWidth, FHeight, FX, FY;
+
+private:
+  // The element whose field answers for Property: this one, or the nearest graphic ancestor up
+  // the chain of inherited bits. Iterative, so deep trees cost no stack.
+  const TSVGGraphicElement *InheritanceSource(TSVGStyleProperty Property) const;
+  template <typename T>
+  void StoreProperty(T TSVGGraphicElement::*Field, TSVGStyleProperty Property, T Value, T Resolved);
+  void ResetToDefaults();
+  void WireObjects();
+  void ResourceGetInherited(TSVGStyleProperty Property, bool &Inherited) const;
+  TSVGStylePropertyLength *ParentLength(const TSVGStylePropertyLength *Length) const;
+  void MergeInheritedBrush(const TMatrix &Matrix, const TRectF &Rect);
+  void MergeInheritedPen();
+  void ApplyPaintServer(const QString &URI, TVXGPBrush &Target, const TMatrix &Matrix, const TRectF &Rect);
+  void ApplyColorStyle(const TSVGStyle &Style);
+  template <typename TPaint>
+  void ApplyPaintStyle(const QString &Text, TSVGStyleProperty Property, TPaint &Paint);
+  void ApplyLineCapStyle(const QString &Text);
+  void ApplyStrokeWidthStyle(const QString &Text, const TSVGUnitFactors &Factors);
+  void ApplyFontStyle(const TSVGStyle &Style, const TSVGUnitFactors &Factors);
+  void ApplyMarkerStyle(const TSVGStyle &Style);
+
+  TSVGGraphicElement *FGraphicParent = nullptr;
 };
+
+// Rendering modes of the canvas from the presentation keywords.
+int GetCompositingQuality(TSVGColorRendering ColorRendering, TSVGColorInterpolation ColorInterpolation);
+int GetSmoothingMode(TSVGShapeRendering ShapeRendering);
+int GetTextRenderingHint(TSVGTextRendering TextRendering);
 
 } // namespace vx

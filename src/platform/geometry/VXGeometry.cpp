@@ -5,6 +5,12 @@
 
 namespace vx {
 
+float VXMatrixMultiply(float Length, const TMatrix &M)
+{
+  const double Area = std::abs(double(M.m11) * M.m22 - double(M.m12) * M.m21);
+  return float(Length * std::sqrt(Area));
+}
+
 TMatrix VXMatrixMultiply(const TMatrix &A, const TMatrix &B)
 {
   // Row vectors: p * A * B, so A acts first.

@@ -54,6 +54,9 @@ struct TVXVector
 inline constexpr TMatrix VXIdentityMatrix{};
 
 TMatrix VXMatrixMultiply(const TMatrix &A, const TMatrix &B);
+// A length transformed by M: Length times the square root of the area scale of M, the usual
+// measure of how M scales a stroke width.
+float VXMatrixMultiply(float Length, const TMatrix &M);
 bool VXMatrixEquals(const TMatrix &A, const TMatrix &B, float Tolerance);
 TMatrix VXMatrixInvert(const TMatrix &M, bool *Invertible = nullptr);
 float VXMatrixDeterminant(const TMatrix &M);

@@ -1,0 +1,216 @@
+// Reading presentation: the attributes of a graphic element are collected into its own style, and
+// ApplyStyle turns a style (the element's own, or a matching style-sheet rule) into fields. Each
+// property that a style does not name keeps its value: every parser leaves the field alone on an
+// empty text.
+#include "platform/common/VXPriorityList.h"
+#include "tree/VXSVGDocument.h"
+#include "tree/VXSVGGraphicElement.h"
+#include "tree/VXSVGSelectorMatch.h"
+#include "values/VXSVGAttributes.h"
+#include "values/VXSVGColors.h"
+#include "values/VXSVGNumbers.h"
+#include "values/VXSVGPropertyParsers.h"
+#include "values/VXSVGTransforms.h"
+
+namespace vx {
+
+namespace {
+
+// The priority of the inline style among the rules of the style sheets.
+constexpr int InlineStylePriority = 999;
+
+const QString MarkerShorthand = QStringLiteral("marker");
+
+} // namespace
+
+void TSVGGraphicElement::DoLoadFromXML(const IXMLNode &Node)
+{
+  TSVGElement::DoLoadFromXML(Node);
+  FStyle.LoadFromXML(Node);
+  FPreferredStyles.SetValue(FStyle.AddStyle(ParseAttrString(Node, QStringLiteral("style"))));
+  // The font size comes first: the lengths below may be in em.
+  const float ParentSize = FGraphicParent ? FGraphicParent->FFont->GetSize() : FFont->GetSize();
+  bool Flag = FInherits.Value().Contains(ipFontSize);
+  FFont->SetSize(ParseFontSize(FStyle.StyleProp(ipFontSize), FFont->GetSize(), ParentSize, Flag, GetUnitFactors()));
+  FInherits.SetSet(ipFontSize, Flag);
+  FX.reset(ParsePercent(Node, QStringLiteral("x"), FX.release(), 0, 1));
+  FY.reset(ParsePercent(Node, QStringLiteral("y"), FY.release(), 0, 1));
+  FWidth.reset(ParsePercent(Node, QStringLiteral("width"), FWidth.release(), 0, 1));
+  FHeight.reset(ParsePercent(Node, QStringLiteral("height"), FHeight.release(), 0, 1));
+  FMatrix = ParseTransformation(ParseAttrString(Node, QStringLiteral("transform")));
+}
+
+void TSVGGraphicElement::ApplyStyles()
+{
+  TSVGUpdateGuard Guard(*this);
+  ApplyMatchingStyles(GetOwner() ? &GetOwner()->Styles() : nullptr);
+  TSVGElement::ApplyStyles();
+}
+
+void TSVGGraphicElement::ApplyMatchingStyles(const TVXStringObjectHashTable<TSVGStyle> *Sheet)
+{
+  TPriorityList Styles;
+  Styles.Add(&FStyle, InlineStylePriority);
+  if (Sheet) {
+    for (const auto &Rule : *Sheet) {
+      if (!Rule.Value->Enabled())
+        continue;
+      const int Priority = MatchSelector(*this, Rule.Value->Name());
+      if (Priority > -1)
+        Styles.Add(Rule.Value, Priority);
+    }
+  }
+  for (int I = 0; I < Styles.Count(); ++I)
+    ApplyStyle(*static_cast<TSVGStyle *>(Styles[I]));
+}
+
+void TSVGGraphicElement::ApplyStyle(const TSVGStyle &Style)
+{
+  const TSVGUnitFactors Factors = GetUnitFactors();
+  // A keyword property: the parser reads the text against the field and says whether it inherits.
+  auto Plain = [&](TSVGStyleProperty Property, auto &Field, auto Parse) {
+    bool Flag = FInherits.Value().Contains(Property);
+    Field = Parse(Style.StyleProp(Property), Field, Flag);
+    FInherits.SetSet(Property, Flag);
+  };
+  // A property held by a paint object: Read gives the present value, Write takes the parsed one.
+  auto Held = [&](TSVGStyleProperty Property, auto Read, auto Write, auto Parse) {
+    bool Flag = FInherits.Value().Contains(Property);
+    Write(Parse(Style.StyleProp(Property), Read(), Flag));
+    FInherits.SetSet(Property, Flag);
+  };
+
+  bool Flag = true;
+  const QString ColorText = Style.StyleProp(ipColor);
+  FBrush->SetURI(ParseLocalURI(ColorText, FBrush->GetURI(), Flag));
+  FPen->SetURI(ParseLocalURI(ColorText, FPen->GetURI(), Flag));
+  FBrush->SetURI(ParseLocalURI(Style.StyleProp(ipFill), FBrush->GetURI(), Flag));
+  FPen->SetURI(ParseLocalURI(Style.StyleProp(ipStroke), FPen->GetURI(), Flag));
+
+  Plain(ipVisibility, FVisible, ParseVisible);
+  Plain(ipDisplay, FVisible, ParseDisplay);
+  Plain(ipAlignmentBaseline, FAlignmentBaseline, ParseAlignmentBaseline);
+  ParseBaselineShift(Style.StyleProp(ipBaselineShift), *FBaselineShift);
+  Plain(ipDominantBaseline, FDominantBaseline, ParseDominantBaseline);
+  Plain(ipColorInterpolation, FColorInterpolation, ParseColorInterpolation);
+  Plain(ipColorRendering, FColorRendering, ParseColorRendering);
+  Plain(ipShapeRendering, FShapeRendering, ParseShapeRendering);
+  Plain(ipTextRendering, FTextRendering, ParseTextRendering);
+  ApplyColorStyle(Style);
+  ApplyPaintStyle(Style.StyleProp(ipFill), ipFill, *FBrush);
+  ApplyPaintStyle(Style.StyleProp(ipStroke), ipStroke, *FPen);
+  Held(ipFillOpacity, [&] { return FBrush->GetOpacity(); }, [&](float V) { FBrush->SetOpacity(V); }, ParseNumber);
+  Plain(ipFillRule, FFillRule, ParseFillRule);
+  ApplyLineCapStyle(Style.StyleProp(ipStrokeLinecap));
+  Held(ipStrokeMiterLimit, [&] { return FPen->GetMiterLimit(); }, [&](float V) { FPen->SetMiterLimit(V); },
+       ParseMiterLimit);
+  Held(ipStrokeLineJoin, [&] { return FPen->GetJoin(); }, [&](TVXGPLineJoin V) { FPen->SetJoin(V); }, ParseLineJoin);
+  ApplyStrokeWidthStyle(Style.StyleProp(ipStrokeWidth), Factors);
+  TSVGStyleProperties Inherits = FInherits.Value();
+  ParseDashArray(Style.StyleProp(ipStrokeDasharray), Style.StyleProp(ipStrokeDashOffset), *FPen, Inherits, Factors);
+  FInherits.SetValue(Inherits);
+  Held(ipStrokeOpacity, [&] { return FPen->GetOpacity(); }, [&](float V) { FPen->SetOpacity(V); }, ParseNumber);
+  Plain(ipVectorEffect, FVectorEffect, ParseVectorEffect);
+  Plain(ipOpacity, FOpacity, ParseNumber);
+  ApplyFontStyle(Style, Factors);
+  Plain(ipTextAnchor, FTextAlign, ParseTextAnchor);
+  Flag = FInherits.Value().Contains(ipTextDecoration);
+  ParseTextDecoration(Style.StyleProp(ipTextDecoration), *FFont, Flag);
+  FInherits.SetSet(ipTextDecoration, Flag);
+  ParseSpacing(Style.StyleProp(ipLetterSpacing), *FLetterSpacing, Factors);
+  ParseKerning(Style.StyleProp(ipKerning), *FKerning, Factors);
+  ParseSpacing(Style.StyleProp(ipWordSpacing), *FWordSpacing, Factors);
+  Plain(ipDirection, FDirection, ParseDirection);
+  Plain(ipGlyphOrientationHorizontal, FGlyphOrientationHorizontal, ParseGlyphOrientationHorizontal);
+  Plain(ipGlyphOrientationVertical, FGlyphOrientationVertical, ParseGlyphOrientationVertical);
+  Plain(ipWritingMode, FWritingMode, ParseWritingMode);
+  Plain(ipCursor, FCursor, ParseCursor);
+  Plain(ipClipPath, FClipURI, [](const QString &S, const QString &D, bool &I) { return ParseURI(S, D, I); });
+  Plain(ipClipRule, FClipRule, ParseFillRule);
+  Plain(ipClip, FClipRect,
+        [&](const QString &S, const TRectF &D, bool &I) { return ParseClipRect(S, D, I, Factors); });
+  Plain(ipOverflow, FOverflow, ParseOverflow);
+  ApplyMarkerStyle(Style);
+}
+
+void TSVGGraphicElement::ApplyColorStyle(const TSVGStyle &Style)
+{
+  bool IsNone = false;
+  bool Flag = FInherits.Value().Contains(ipColor);
+  FColor = ParseColor(Style.StyleProp(ipColor), FColor, IsNone, Flag, GetColor());
+  if (IsNone)
+    FColor = 0;
+  FInherits.SetSet(ipColor, Flag);
+}
+
+template <typename TPaint>
+void TSVGGraphicElement::ApplyPaintStyle(const QString &Text, TSVGStyleProperty Property, TPaint &Paint)
+{
+  bool IsNone = Paint.GetKind() == bkNone;
+  bool Flag = FInherits.Value().Contains(Property);
+  Paint.SetColor(ParseColor(Text, Paint.GetColor(), IsNone, Flag, GetColor()));
+  // Turning the kind to none or solid drops the paint server's id; it was read above and stays.
+  const QString Keep = Paint.GetURI();
+  Paint.SetKind(IsNone ? bkNone : bkSolid);
+  Paint.SetURI(Keep);
+  FInherits.SetSet(Property, Flag);
+}
+
+void TSVGGraphicElement::ApplyLineCapStyle(const QString &Text)
+{
+  bool Flag = FInherits.Value().Contains(ipStrokeLinecap);
+  const TVXGPLineCap Cap = ParseLineCap(Text, FPen->GetEndCap(), Flag);
+  FPen->SetEndCap(Cap);
+  FPen->SetStartCap(Cap);
+  FPen->SetDashCap(Cap == lcRound || Cap == lcTriangle ? Cap : lcFlat);
+  FInherits.SetSet(ipStrokeLinecap, Flag);
+}
+
+void TSVGGraphicElement::ApplyStrokeWidthStyle(const QString &Text, const TSVGUnitFactors &Factors)
+{
+  bool Flag = FInherits.Value().Contains(ipStrokeWidth);
+  TSVGUnit Unit = FPen->GetThicknessPreferredUnit();
+  FPen->SetThickness(ParsePercent(Text, FPen->GetThickness(), Flag, Unit, Factors, 0, 1));
+  FPen->SetThicknessPreferredUnit(Unit);
+  FPen->SetThicknessIsPercent(Unit == suPercent);
+  FInherits.SetSet(ipStrokeWidth, Flag);
+}
+
+void TSVGGraphicElement::ApplyFontStyle(const TSVGStyle &Style, const TSVGUnitFactors &Factors)
+{
+  bool Flag = FInherits.Value().Contains(ipFontFamily);
+  ParseFontFamily(Style.StyleProp(ipFontFamily), FFont->Families(), Flag);
+  FInherits.SetSet(ipFontFamily, Flag);
+
+  Flag = FInherits.Value().Contains(ipFontSize);
+  const float ParentSize = FGraphicParent ? FGraphicParent->GetFont().GetSize() : FFont->GetSize();
+  FFont->SetSize(ParseFontSize(Style.StyleProp(ipFontSize), FFont->GetSize(), ParentSize, Flag, Factors));
+  FInherits.SetSet(ipFontSize, Flag);
+
+  Flag = FInherits.Value().Contains(ipFontStyle);
+  FFont->SetStyle(ParseFontStyle(Style.StyleProp(ipFontStyle), FFont->GetStyle(), Flag));
+  FInherits.SetSet(ipFontStyle, Flag);
+
+  Flag = FInherits.Value().Contains(ipFontVariant);
+  FFont->SetFontVariant(ParseFontVariant(Style.StyleProp(ipFontVariant), FFont->GetFontVariant(), Flag));
+  FInherits.SetSet(ipFontVariant, Flag);
+
+  Flag = FInherits.Value().Contains(ipFontWeight);
+  FFont->SetWeight(ParseFontWeight(Style.StyleProp(ipFontWeight), FFont->GetWeight(), Flag));
+  FInherits.SetSet(ipFontWeight, Flag);
+}
+
+void TSVGGraphicElement::ApplyMarkerStyle(const TSVGStyle &Style)
+{
+  const QString Shorthand = Style.Values(MarkerShorthand);
+  auto Marker = [&](TSVGStyleProperty Property, QString &Field) {
+    bool Flag = FInherits.Value().Contains(Property);
+    Field = ParseURI(Shorthand.isEmpty() ? Style.StyleProp(Property) : Shorthand, Field, Flag);
+    FInherits.SetSet(Property, Flag);
+  };
+  Marker(ipMarkerStart, FMarkerStartURI);
+  Marker(ipMarkerMid, FMarkerMidURI);
+  Marker(ipMarkerEnd, FMarkerEndURI);
+}
+
+} // namespace vx
