@@ -226,12 +226,7 @@ bool TSVGDocument::DoShouldDraw(const TSVGElement *Element, bool Value) const
 
 TSVGUnitFactors TSVGDocument::GetUnitFactors() const
 {
-  TSVGUnitFactors Factors = FUnitFactors;
-  const float Size = ElementState().Contains(esReading) ? FFont->GetSize()
-                                                         : const_cast<TSVGDocument *>(this)->GetFont().GetSize();
-  Factors[suFontSize] *= Size;
-  Factors[suFontXHeight] *= Size * 0.5f;
-  return Factors;
+  return WithFontFactors(FUnitFactors);
 }
 
 bool TSVGDocument::DoDrawing(TSVGElement *Sender, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)

@@ -62,58 +62,51 @@ void TSVGGraphicElement::WireObjects()
   FStyle.OnChange = Changed;
   FPreferredStyles.OnChange = Changed;
   FBaselineShift->OnChange = Changed;
-  FBaselineShift->OnGetInherited = [this](TSVGStylePropertyLength *Length, bool &Inherited) {
-    Inherited = FInherits.Value().Contains(Length->StyleProperty());
+  FBaselineShift->OnUnitFactors = [this](TObject *, TSVGUnitFactors &Factors) { Factors = GetUnitFactors(); };
+  WireInheritance(*FBaselineShift);
+}
+
+void TSVGGraphicElement::WireLength(TSVGLength &Length, bool UseWidthRange)
+{
+  Length.OnChange = [this](TObject *Sender) { ObjectPropChange(Sender); };
+  Length.OnUnitFactors = [this](TObject *, TSVGUnitFactors &Factors) { Factors = GetUnitFactors(); };
+  if (UseWidthRange)
+    Length.OnRange = [this](TSVGLength *L, float &Min, float &Max, bool &Use) { LengthRangeViewBoxWidth(L, Min, Max, Use); };
+  else
+    Length.OnRange = [this](TSVGLength *L, float &Min, float &Max, bool &Use) { LengthRangeViewBoxHeight(L, Min, Max, Use); };
+}
+
+void TSVGGraphicElement::WireInheritance(TSVGStylePropertyLength &Length)
+{
+  Length.OnGetInherited = [this](TSVGStylePropertyLength *L, bool &Inherited) {
+    Inherited = FInherits.Value().Contains(L->StyleProperty());
   };
-  FBaselineShift->OnSetInherited = [this](TSVGStylePropertyLength *Length, bool Inherited) {
-    FInherits.SetSet(Length->StyleProperty(), Inherited);
+  Length.OnSetInherited = [this](TSVGStylePropertyLength *L, bool Inherited) {
+    FInherits.SetSet(L->StyleProperty(), Inherited);
   };
-  FBaselineShift->OnGetParent = [this](TSVGStylePropertyLength *Length, TSVGStylePropertyLength *&Parent) {
-    Parent = ParentLength(Length);
-  };
+  Length.OnGetParent = [this](TSVGStylePropertyLength *L, TSVGStylePropertyLength *&Parent) { Parent = ParentLength(L); };
 }
 
 std::unique_ptr<TSVGLength> TSVGGraphicElement::CreateLength(bool UseWidthRange)
 {
   auto Length = std::make_unique<TSVGLength>();
-  Length->OnChange = [this](TObject *Sender) { ObjectPropChange(Sender); };
-  Length->OnUnitFactors = [this](TObject *, TSVGUnitFactors &Factors) { Factors = GetUnitFactors(); };
-  if (UseWidthRange)
-    Length->OnRange = [this](TSVGLength *L, float &Min, float &Max, bool &Use) { LengthRangeViewBoxWidth(L, Min, Max, Use); };
-  else
-    Length->OnRange = [this](TSVGLength *L, float &Min, float &Max, bool &Use) { LengthRangeViewBoxHeight(L, Min, Max, Use); };
+  WireLength(*Length, UseWidthRange);
   return Length;
 }
 
 std::unique_ptr<TSVGStylePropertyLength> TSVGGraphicElement::CreateStylePropertyLength(TSVGStyleProperty Property)
 {
   auto Length = std::make_unique<TSVGStylePropertyLength>(Property);
-  Length->OnChange = [this](TObject *Sender) { ObjectPropChange(Sender); };
-  Length->OnUnitFactors = [this](TObject *, TSVGUnitFactors &Factors) { Factors = GetUnitFactors(); };
-  Length->OnRange = [this](TSVGLength *L, float &Min, float &Max, bool &Use) { LengthRangeViewBoxWidth(L, Min, Max, Use); };
-  Length->OnGetInherited = [this](TSVGStylePropertyLength *L, bool &Inherited) {
-    Inherited = FInherits.Value().Contains(L->StyleProperty());
-  };
-  Length->OnSetInherited = [this](TSVGStylePropertyLength *L, bool Inherited) {
-    FInherits.SetSet(L->StyleProperty(), Inherited);
-  };
-  Length->OnGetParent = [this](TSVGStylePropertyLength *L, TSVGStylePropertyLength *&Parent) { Parent = ParentLength(L); };
+  WireLength(*Length, true);
+  WireInheritance(*Length);
   return Length;
 }
 
 std::unique_ptr<TSVGStylePropertyAutoLength> TSVGGraphicElement::CreateStylePropertyAutoLength(TSVGStyleProperty Property)
 {
   auto Length = std::make_unique<TSVGStylePropertyAutoLength>(Property);
-  Length->OnChange = [this](TObject *Sender) { ObjectPropChange(Sender); };
-  Length->OnUnitFactors = [this](TObject *, TSVGUnitFactors &Factors) { Factors = GetUnitFactors(); };
-  Length->OnRange = [this](TSVGLength *L, float &Min, float &Max, bool &Use) { LengthRangeViewBoxWidth(L, Min, Max, Use); };
-  Length->OnGetInherited = [this](TSVGStylePropertyLength *L, bool &Inherited) {
-    Inherited = FInherits.Value().Contains(L->StyleProperty());
-  };
-  Length->OnSetInherited = [this](TSVGStylePropertyLength *L, bool Inherited) {
-    FInherits.SetSet(L->StyleProperty(), Inherited);
-  };
-  Length->OnGetParent = [this](TSVGStylePropertyLength *L, TSVGStylePropertyLength *&Parent) { Parent = ParentLength(L); };
+  WireLength(*Length, true);
+  WireInheritance(*Length);
   return Length;
 }
 
@@ -495,7 +488,11 @@ void TSVGGraphicElement::SetHeight(float Value)
 
 TSVGUnitFactors TSVGGraphicElement::GetUnitFactors() const
 {
-  TSVGUnitFactors Factors = TSVGElement::GetUnitFactors();
+  return WithFontFactors(TSVGElement::GetUnitFactors());
+}
+
+TSVGUnitFactors TSVGGraphicElement::WithFontFactors(TSVGUnitFactors Factors) const
+{
   // During a load the font is not resolved yet; its own size is what the lengths of the element see.
   const float Size = ElementState().Contains(esReading) ? FFont->GetSize()
                                                          : const_cast<TSVGGraphicElement *>(this)->GetFont().GetSize();

@@ -96,6 +96,8 @@ public:
   TSVGStylePropertiesSet &Inherits() { return FInherits; }
   const TSVGStylePropertiesSet &Inherits() const { return FInherits; }
   void SetInherits(const TSVGStylePropertiesSet &Value) { FInherits.Assign(&Value); }
+  // The properties this element was given in its style attribute.
+  const TSVGStylePropertiesSet &PreferredStyles() const { return FPreferredStyles; }
   // Which properties are written as style pairs: the parent's set while ParentPreferredStyles holds.
   const TSVGStylePropertiesSet &GetPreferredStyles() const;
   void SetPreferredStyles(const TSVGStylePropertiesSet &Value) { FPreferredStyles.Assign(&Value); }
@@ -225,6 +227,9 @@ protected:
   // Whether Value differs from the default text of Property (what saving writes).
   virtual bool IsStored(TSVGStyleProperty Property, const QString &Value) const;
 
+  // Factors with the font-relative units scaled by the element's font size.
+  TSVGUnitFactors WithFontFactors(TSVGUnitFactors Factors) const;
+
   // The length factories: they wire change, range, unit and inheritance handlers.
   std::unique_ptr<TSVGLength> CreateLength(bool UseWidthRange);
   std::unique_ptr<TSVGStylePropertyLength> CreateStylePropertyLength(TSVGStyleProperty Property);
@@ -283,6 +288,8 @@ private:
   void StoreProperty(T TSVGGraphicElement::*Field, TSVGStyleProperty Property, T Value, T Resolved);
   void ResetToDefaults();
   void WireObjects();
+  void WireLength(TSVGLength &Length, bool UseWidthRange);
+  void WireInheritance(TSVGStylePropertyLength &Length);
   void ResourceGetInherited(TSVGStyleProperty Property, bool &Inherited) const;
   TSVGStylePropertyLength *ParentLength(const TSVGStylePropertyLength *Length) const;
   void MergeInheritedBrush(const TMatrix &Matrix, const TRectF &Rect);

@@ -42,7 +42,8 @@ public:
 
   void Clear();
   // Number of points, three per cubic segment.
-  int Count() const { return FPath.elementCount(); }
+  // Qt keeps a lone move element in a cleared path that carries a fill rule; that is no point.
+  int Count() const { return FPath.isEmpty() ? 0 : FPath.elementCount(); }
   int GetCount() const { return Count(); }
   // Batching brackets of the path interface; a QPainterPath needs none, so they do nothing.
   void BeginUpdate() {}
