@@ -147,3 +147,27 @@ TEST_F(Presentation, ABadTransformAbortsTheLoad)
   EXPECT_FLOAT_EQ(M.m31, 10);
   EXPECT_FLOAT_EQ(M.m32, 20);
 }
+
+TEST_F(Presentation, InheritMarksEvenPropertiesThatSVGDoesNotInherit)
+{
+  Load("<g opacity='0.5' overflow='hidden'><g id='c' opacity='inherit' overflow='inherit'/><g id='d'/></g>");
+  EXPECT_FLOAT_EQ(Element("c").GetOpacity(), 0.5f);
+  EXPECT_FALSE(Element("c").IsOverflow());
+  EXPECT_FLOAT_EQ(Element("d").GetOpacity(), 1);
+  EXPECT_TRUE(Element("d").IsOverflow());
+}
+
+TEST_F(Presentation, APenInheritedInPiecesIsMergedOnce)
+{
+  Load("<g stroke='blue' stroke-dasharray='4 2'><g stroke-width='4' stroke-linecap='round'>"
+       "<g id='leaf' stroke-opacity='0.5' stroke-linejoin='bevel'/></g></g>");
+  TSVGPen &Pen = Element("leaf").GetPen();
+  EXPECT_EQ(Pen.GetKind(), bkSolid);
+  EXPECT_EQ(Pen.GetColor(), Blue);
+  EXPECT_FLOAT_EQ(Pen.GetThickness(), 4);
+  EXPECT_FLOAT_EQ(Pen.GetOpacity(), 0.5f);
+  EXPECT_EQ(Pen.GetEndCap(), lcRound);
+  EXPECT_EQ(Pen.GetJoin(), ljBevel);
+  EXPECT_EQ(Pen.GetDash(), dsCustom);
+  EXPECT_EQ(Pen.GetDashPattern(), (std::vector<float>{4, 2}));
+}
