@@ -33,6 +33,6 @@ function(vx_test name folder)
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   add_test(NAME ${name} COMMAND ${name})
   set_tests_properties(${name} PROPERTIES
-    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;VXSVG_TEST_DATA=${PROJECT_SOURCE_DIR}/tests/data"
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;VXSVG_TEST_DATA=${PROJECT_SOURCE_DIR}/tests/data;VXSVG_EXAMPLES=${PROJECT_SOURCE_DIR}/examples"
     TIMEOUT 600)
 endfunction()

@@ -10,20 +10,6 @@ namespace vx {
 
 namespace {
 
-// Restores the canvas to the state of its token on the way out, also by an exception.
-class TCanvasStateGuard
-{
-public:
-  explicit TCanvasStateGuard(TVXGPCanvas &Canvas) : FCanvas(Canvas), FToken(Canvas.SaveState()) {}
-  ~TCanvasStateGuard() { FCanvas.RestoreState(FToken); }
-  TCanvasStateGuard(const TCanvasStateGuard &) = delete;
-  TCanvasStateGuard &operator=(const TCanvasStateGuard &) = delete;
-
-private:
-  TVXGPCanvas &FCanvas;
-  int FToken;
-};
-
 void GreyGradient(TVXGPGradientPoints &Points)
 {
   for (int I = 0; I < Points.Count(); ++I)
@@ -227,7 +213,7 @@ void TSVGGraphicElement::DrawElement(const TMatrix &Matrix, TVXGPCanvas &Canvas,
 {
   if (!ShouldDraw() || !GetVisible())
     return;
-  TCanvasStateGuard Guard(Canvas);
+  TVXGPCanvasStateGuard Guard(Canvas);
   TMatrix M = Matrix;
   TRectF R = Rect;
   if (TSVGGraphicElement *Parent = GetGraphicParent())
@@ -243,10 +229,6 @@ void TSVGGraphicElement::DrawElementParent(TMatrix &Matrix, TVXGPCanvas &Canvas,
     return;
   Matrix = VXMatrixMultiply(FMatrix, Matrix);
   PerformClipping(Matrix, Canvas, Rect);
-}
-
-void TSVGGraphicElement::PerformClipping(const TMatrix &, TVXGPCanvas &, const TRectF &)
-{
 }
 
 TRectF TSVGGraphicElement::GetClipRect() const

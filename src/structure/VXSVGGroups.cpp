@@ -14,10 +14,40 @@ const TSVGClassRegistration SwitchRegistration(etSwitch, TSVGSwitch::ClassInfo()
 
 } // namespace
 
+void TSVGGroup::DoSaveToXML(const IXMLNode &Node)
+{
+  TSVGCustomGroup::DoSaveToXML(Node);
+  const bool Compact = IsCompactXML();
+  SaveLength(Node, QStringLiteral("x"), *FX, 100, Compact);
+  SaveLength(Node, QStringLiteral("y"), *FY, 100, Compact);
+  SaveLength(Node, QStringLiteral("width"), *FWidth, 100, Compact);
+  SaveLength(Node, QStringLiteral("height"), *FHeight, 100, Compact);
+}
+
 TSVGElementTypes TSVGSwitch::ChildSVGTypes() const
 {
   return SVGDescriptiveElements | SVGShapeElements |
          TSVGElementTypes{etDoc, etGroup, etImage, etUse, etText, etSwitch};
+}
+
+bool TSVGSwitch::DoShouldDraw() const
+{
+  return HasFeatures() && HasExtensions() && HasLanguages();
+}
+
+TSVGGraphicElement *TSVGSwitch::SelectedChild() const
+{
+  for (TSVGElement *Child : FItems)
+    if (auto *Graphic = dynamic_cast<TSVGGraphicElement *>(Child))
+      if (Graphic->HasFeatures() && Graphic->HasExtensions() && Graphic->HasLanguages())
+        return Graphic;
+  return nullptr;
+}
+
+void TSVGSwitch::DrawChildren(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)
+{
+  if (TSVGGraphicElement *Child = SelectedChild())
+    Child->Draw(Matrix, Canvas, Rect);
 }
 
 } // namespace vx

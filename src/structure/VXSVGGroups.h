@@ -1,5 +1,6 @@
 #pragma once
-// The plain containers: the group "g", "defs" and "switch".
+// The plain containers: the group "g", "defs" (never drawn by itself) and "switch" (draws the first
+// child whose conditions hold).
 #include "tree/VXSVGCustomGroup.h"
 
 namespace vx {
@@ -12,6 +13,10 @@ public:
   using TSVGCustomGroup::TSVGCustomGroup;
   TSVGElementType SVGType() const override { return etGroup; }
   TSVGElementTypes ChildSVGTypes() const override { return SVGGroupChildTypes(); }
+
+protected:
+  // Also writes the rectangle a program may have given the group.
+  void DoSaveToXML(const IXMLNode &Node) override;
 };
 
 class TSVGDefs : public TSVGCustomGroup
@@ -22,6 +27,8 @@ public:
   using TSVGCustomGroup::TSVGCustomGroup;
   TSVGElementType SVGType() const override { return etDefs; }
   TSVGElementTypes ChildSVGTypes() const override { return SVGGroupChildTypes(); }
+  // Definitions are drawn only where something refers to them, never by the walk of the tree.
+  bool DoShouldDraw() const override { return false; }
 };
 
 class TSVGSwitch : public TSVGCustomGroup
@@ -32,6 +39,13 @@ public:
   using TSVGCustomGroup::TSVGCustomGroup;
   TSVGElementType SVGType() const override { return etSwitch; }
   TSVGElementTypes ChildSVGTypes() const override;
+  // The conditions of the switch itself; its visibility is not asked, the chosen child answers for its own.
+  bool DoShouldDraw() const override;
+
+protected:
+  // Draws the first graphic child whose conditions hold, and nothing else.
+  void DrawChildren(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect) override;
+  TSVGGraphicElement *SelectedChild() const;
 };
 
 } // namespace vx

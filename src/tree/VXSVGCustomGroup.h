@@ -30,6 +30,13 @@ protected:
   int ReadChild(const IXMLNode &Node) override;
   // Adds a new element of the class registered for Type, owned by Owner; -1 when none is.
   int AddChildOfType(TSVGElementType Type, TSVGDocument *Owner);
+  // A group has no geometry of its own and is never hit by itself; with foFindGroups it stands for
+  // the descendant that was hit (in nested groups the outermost answers). Both in
+  // graphics/VXSVGHitTesting.cpp.
+  TSVGGraphicElement *InternalElementAtPos(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TPointF &Point,
+                                           const TRectF &Rect, TSVGFindOptions Options) override;
+  TSVGGraphicElement *DoInternalElementAtPos(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TPointF &Point,
+                                             const TRectF &Rect, TSVGFindOptions Options) override;
 
   mutable bool FCalcBR = true;
   mutable TRectF FBoundsRect;

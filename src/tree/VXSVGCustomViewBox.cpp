@@ -22,20 +22,6 @@ TRectF TransformedBounds(const TRectF &R, const TMatrix &Matrix)
   return Corners.GetBounds();
 }
 
-// The canvas state is restored on the way out, also by an exception.
-class TCanvasStateGuard
-{
-public:
-  explicit TCanvasStateGuard(TVXGPCanvas &Canvas) : FCanvas(Canvas), FToken(Canvas.SaveState()) {}
-  ~TCanvasStateGuard() { FCanvas.RestoreState(FToken); }
-  TCanvasStateGuard(const TCanvasStateGuard &) = delete;
-  TCanvasStateGuard &operator=(const TCanvasStateGuard &) = delete;
-
-private:
-  TVXGPCanvas &FCanvas;
-  int FToken;
-};
-
 } // namespace
 
 TSVGCustomViewBox::TSVGCustomViewBox(TSVGDocument *Owner, TSVGAlign DefaultAlign)
@@ -163,7 +149,7 @@ void TSVGCustomViewBox::Draw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const T
 {
   if (!ShouldDraw())
     return;
-  TCanvasStateGuard Guard(Canvas);
+  TVXGPCanvasStateGuard Guard(Canvas);
   OverflowClipping(Matrix, Canvas, Rect);
   const TMatrix Combined = VXMatrixMultiply(GetViewMatrix(VXIdentityMatrix, Viewport()), Matrix);
   InternalDraw(Combined, Canvas, Rect);
@@ -214,6 +200,16 @@ void TSVGCustomViewBox::DoLoadFromXML(const IXMLNode &Node)
     ParseRect(Text, &FViewBox);
   FViewBox.SetSpecified(!Text.isEmpty());
   ParseAspectRatio(ParseAttrString(Node, QStringLiteral("preserveAspectRatio")), FAspectRatio);
+}
+
+void TSVGCustomViewBox::DoSaveToXML(const IXMLNode &Node)
+{
+  TSVGCustomGroup::DoSaveToXML(Node);
+  if (!FViewBox.Specified())
+    return;
+  SaveAttrString(Node, QStringLiteral("viewBox"), FViewBox.ToString(GetFormatStr(), 0, 1), false, true);
+  const QString Aspect = FAspectRatio.ToString(IsCompactXML());
+  SaveAttrString(Node, QStringLiteral("preserveAspectRatio"), Aspect, Aspect.isEmpty(), true);
 }
 
 void TSVGCustomViewBox::AssignProperties(const TSVGElement *Source)

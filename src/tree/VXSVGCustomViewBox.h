@@ -36,12 +36,19 @@ public:
 
   void Draw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect) override;
   using TSVGCustomGroup::Draw;
+  // Through the same view matrix as Draw, with neither the visibility test nor overflow clipping
+  // (graphics/VXSVGHitTesting.cpp).
+  TSVGGraphicElement *ElementAtPos(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TPointF &Point,
+                                   const TRectF &Rect, TSVGFindOptions Options) override;
+  using TSVGCustomGroup::ElementAtPos;
 
   void AssignProperties(const TSVGElement *Source) override;
   void Clear() override;
 
 protected:
   void DoLoadFromXML(const IXMLNode &Node) override;
+  // A view box and aspect ratio are written only when the view box was given.
+  void DoSaveToXML(const IXMLNode &Node) override;
   void DrawElementParent(TMatrix &Matrix, TVXGPCanvas &Canvas, TRectF &Rect) override;
   // Narrows the canvas clip to the viewport rectangle, unless overflow is visible or clipping is off.
   virtual void OverflowClipping(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);

@@ -2,6 +2,8 @@
 
 #include "platform/rtl/VXSysUtils.h"
 #include "tree/VXSVGStyleSheet.h"
+#include "values/VXSVGNumbers.h"
+#include "values/VXSVGTransforms.h"
 #include "values/VXSVGAttributes.h"
 #include "values/VXSVGException.h"
 #include "values/VXSVGLookups.h"
@@ -100,6 +102,69 @@ void TSVGDocument::LoadFromXML(const IXMLNode &Node)
   Clear();
   TSVGCustomViewBox::LoadFromXML(Node);
   ApplyStyles();
+}
+
+void TSVGDocument::SaveToFile(const QString &FileName, int LineLength)
+{
+  QFile File(FileName);
+  if (!File.open(QIODevice::WriteOnly | QIODevice::Truncate))
+    throw EFOpenError(Format(QStringLiteral("Cannot create file \"%s\". %s"), {FileName, File.errorString()}));
+  SaveToStream(File, LineLength);
+}
+
+void TSVGDocument::SaveToStream(QIODevice &Stream, int LineLength)
+{
+  IXMLDocument Document;
+  Document.SetOptions(Document.Options() | TXMLDocOptions{doNodeAutoIndent});
+  SaveToXML(Document);
+  const qint64 Start = Stream.pos();
+  Document.SaveToStream(Stream);
+  if (LineLength <= 32)
+    return;
+  // Long lines (path data) are wrapped and written again over what was just written.
+  Stream.seek(Start);
+  TStringList Lines;
+  Lines.SetText(QString::fromUtf8(Stream.readAll()));
+  SVGSplitLines(Lines, LineLength);
+  Stream.seek(Start);
+  Stream.write(Lines.Text().toUtf8());
+}
+
+void TSVGDocument::SaveToXML(IXMLDocument &Document)
+{
+  Document.SetDocumentElement(Document.CreateNode(SvgName, ntElement, SVGNamespaceURI));
+  SaveToXML(Document.DocumentElement());
+}
+
+bool TSVGDocument::DoOnSavingElement(TSVGElement *Element, const IXMLNode &Node)
+{
+  if (GetOwner())
+    return TSVGCustomViewBox::DoOnSavingElement(Element, Node);
+  bool DoSave = Element != this || IsEnabled();
+  if (DoSave && OnSavingElement)
+    OnSavingElement(this, Element, Node, DoSave);
+  return DoSave;
+}
+
+void TSVGDocument::DoOnSavedElement(TSVGElement *Element, const IXMLNode &Node)
+{
+  if (GetOwner())
+    TSVGCustomViewBox::DoOnSavedElement(Element, Node);
+  else if (OnSavedElement)
+    OnSavedElement(this, Element, Node);
+}
+
+void TSVGDocument::DoSaveToXML(const IXMLNode &Node)
+{
+  Node.DeclareNamespace(QString(), SVGNamespaceURI);
+  Node.DeclareNamespace(QStringLiteral("xlink"), XLinkNamespaceURI);
+  TSVGCustomViewBox::DoSaveToXML(Node);
+  const bool Compact = IsCompactXML();
+  SaveLength(Node, QStringLiteral("x"), *FX, 100, Compact);
+  SaveLength(Node, QStringLiteral("y"), *FY, 100, Compact);
+  SaveLength(Node, QStringLiteral("width"), *FWidth, 100, Compact);
+  SaveLength(Node, QStringLiteral("height"), *FHeight, 100, Compact);
+  SaveAttrString(Node, QStringLiteral("version"), QStringLiteral("1.1"), false, true);
 }
 
 bool TSVGDocument::IsValidSVG(const IXMLDocument &Document, bool Thorough)

@@ -24,7 +24,11 @@ using TSVGDrawingEvent =
     std::function<void(TObject *Sender, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)>;
 using TSVGDrawingModificationEvent = std::function<void(TObject *Sender, TMatrix &Matrix, TVXGPCanvas &Canvas,
                                                         TRectF &Rect, bool &DoDefault)>;
+using TSVGSavingElementEvent =
+    std::function<void(TObject *Sender, TSVGElement *Element, const IXMLNode &Node, bool &DoSave)>;
+using TSVGSaveElementEvent = std::function<void(TObject *Sender, TSVGElement *Element, const IXMLNode &Node)>;
 using TSVGShouldDrawQEvent = std::function<void(const TSVGElement *Element, bool &Draw)>;
+using TSVGGraphicElementFoundEvent = std::function<void(TObject *Sender, TSVGGraphicElement *&Element)>;
 
 class TSVGDocument : public TSVGCustomViewBox
 {
@@ -50,6 +54,15 @@ public:
   static bool IsValidSVG(const QString &FileName, bool Thorough);
   static bool IsValidSVG(QIODevice &Stream, bool Thorough);
   static bool IsValidSVG(bool Thorough, const QString &Text);
+
+  // --- saving ---
+  // A LineLength above 32 wraps long lines (path data) at that length.
+  void SaveToFile(const QString &FileName, int LineLength = 0);
+  virtual void SaveToStream(QIODevice &Stream, int LineLength = 0);
+  void SaveToXML(IXMLDocument &Document);
+  using TSVGCustomViewBox::SaveToXML;
+  bool DoOnSavingElement(TSVGElement *Element, const IXMLNode &Node) override;
+  void DoOnSavedElement(TSVGElement *Element, const IXMLNode &Node) override;
 
   // --- tables ---
   TSVGElementTable &AllItems() { return FAllItems; }
@@ -102,6 +115,9 @@ public:
   void DoDrawn(TSVGElement *Sender, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect) override;
   // True unless OnDisableAppearance clears it, which keeps a disabled element's colours.
   bool DoDisableAppearance(TSVGElement *Sender, TMatrix &Matrix, TVXGPCanvas &Canvas, TRectF &Rect) override;
+  // Element, unless OnElementFound replaces it (nil included); a nested document asks its owner
+  // (graphics/VXSVGHitTesting.cpp).
+  TSVGGraphicElement *DoOnElementFound(TSVGGraphicElement *Element) override;
 
   // --- tree ---
   void Change(TSVGElement *Element) override;
@@ -121,12 +137,16 @@ public:
   TSVGDrawingQEvent OnDrawing;
   TSVGDrawingEvent OnDrawn;
   TSVGDrawingModificationEvent OnDisableAppearance;
+  TSVGGraphicElementFoundEvent OnElementFound;
+  TSVGSavingElementEvent OnSavingElement;
+  TSVGSaveElementEvent OnSavedElement;
 
 protected:
   friend class TSVGElement;
   void DoOnParsingNode(TSVGElement *Element, const IXMLNode &Node) override;
   void DoOnParsedNode(TSVGElement *Element) override;
   int ReadChild(const IXMLNode &Node) override;
+  void DoSaveToXML(const IXMLNode &Node) override;
   TSVGDocument *OwnerOfCopies() override;
   virtual void UpdateElementLists();
 

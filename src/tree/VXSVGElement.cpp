@@ -446,6 +446,45 @@ void TSVGElement::DoLoadFromXML(const IXMLNode &Node)
   ParseRequiredStringList(Node, QStringLiteral("systemLanguage"), FSystemLanguages, ClassSeparators);
 }
 
+void TSVGElement::SaveToXML(const IXMLNode &Node)
+{
+  if (!DoOnSavingElement(this, Node))
+    return;
+  IncludeState(esWriting);
+  DoSaveToXML(Node);
+  DoOnSavedElement(this, Node);
+  ExcludeState(esWriting);
+}
+
+bool TSVGElement::DoOnSavingElement(TSVGElement *Element, const IXMLNode &Node)
+{
+  if (FOwner && FOwner != this)
+    return (GetOptions().Contains(soExportDisabled) || Element->IsEnabled()) &&
+           FOwner->DoOnSavingElement(Element, Node);
+  return Element->IsEnabled();
+}
+
+void TSVGElement::DoOnSavedElement(TSVGElement *Element, const IXMLNode &Node)
+{
+  if (FOwner && FOwner != this)
+    FOwner->DoOnSavedElement(Element, Node);
+}
+
+void TSVGElement::DoSaveToXML(const IXMLNode &Node)
+{
+  SaveAttrString(Node, QStringLiteral("id"), FID, FID.isEmpty() || FID.startsWith(QLatin1String("ID#")), true);
+  SaveAttrString(Node, QStringLiteral("lang"), FLanguage, FLanguage.isEmpty(), true);
+  SaveNodeString(Node, QStringLiteral("title"), FTitle, FTitle.isEmpty(), true);
+  SaveNodeString(Node, QStringLiteral("desc"), FDescription.Text(), FDescription.Count() == 0, true);
+  SaveAttrString(Node, QStringLiteral("class"), FClasses, FClasses.Count() == 0, true, QLatin1Char(' '));
+  SaveAttrString(Node, QStringLiteral("requiredFeatures"), FRequiredFeatures, FRequiredFeatures.Count() == 0, true,
+                 QLatin1Char(' '));
+  SaveAttrString(Node, QStringLiteral("requiredExtensions"), FRequiredExtensions, FRequiredExtensions.Count() == 0,
+                 true, QLatin1Char(' '));
+  SaveAttrString(Node, QStringLiteral("systemLanguage"), FSystemLanguages, FSystemLanguages.Count() == 0, true,
+                 QLatin1Char(' '));
+}
+
 void TSVGElement::DoOnParsingNode(TSVGElement *Element, const IXMLNode &Node)
 {
   if (FOwner && FOwner != this)

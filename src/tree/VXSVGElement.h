@@ -144,6 +144,12 @@ public:
   // Reads Node into this element: events around DoLoadFromXML. Graphic elements read children too.
   virtual void LoadFromXML(const IXMLNode &Node);
   virtual void ApplyStyles();
+  // Writes the element into Node, which its parent made for it: events around DoSaveToXML.
+  virtual void SaveToXML(const IXMLNode &Node);
+  // Whether Element is written: a disabled one is not (without soExportDisabled), and the owner's
+  // OnSavingElement may refuse. A refused element keeps its empty node.
+  virtual bool DoOnSavingElement(TSVGElement *Element, const IXMLNode &Node);
+  virtual void DoOnSavedElement(TSVGElement *Element, const IXMLNode &Node);
 
   // The document-wide notification of child lists; the document overrides it to fire its events.
   virtual void ElementNotification(TObject *Sender, TSVGElement *Item, TCollectionNotification Action);
@@ -154,6 +160,8 @@ protected:
   virtual void DoLoadFromXML(const IXMLNode &Node);
   virtual void DoOnParsingNode(TSVGElement *Element, const IXMLNode &Node);
   virtual void DoOnParsedNode(TSVGElement *Element);
+  // Writes the common attributes; generated ids are not written. Overrides call the base first.
+  virtual void DoSaveToXML(const IXMLNode &Node);
 
   void IncludeState(TSVGElementStateValue Value) { FElementState.Include(Value); }
   void ExcludeState(TSVGElementStateValue Value) { FElementState.Exclude(Value); }

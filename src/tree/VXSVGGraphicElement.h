@@ -170,6 +170,26 @@ public:
   // The cached geometry in element space; subclasses rebuild it first when it is stale.
   virtual TVXGPPath *GetShape();
 
+  // --- clipping and hit testing (graphics/VXSVGClipping.cpp, graphics/VXSVGHitTesting.cpp) ---
+  // The clipPath element that clip-path names (the parent's answer while clip-path is inherited);
+  // nil for an empty or unknown reference, or one that names another kind of element.
+  TSVGGraphicElement *GetClipURIElement() const;
+  // Unites the geometry of this element under its transform composed with Matrix, then that of its
+  // visible graphic descendants, with Region. A disabled element adds nothing, its subtree neither.
+  virtual void BuildClipRegion(TVXGPRegion &Region, const TMatrix &Matrix, const TRectF &Rect);
+  // The clip region that applies to this element, or nil. The clip path element owns it and builds
+  // it again at each request, so it is valid until the next one.
+  virtual TVXGPRegion *GetClipPath(TVXGPCanvas &Canvas);
+  // The topmost element under Point, in device units of Canvas, when this element is drawn into
+  // Rect; nil when there is none. The first form takes the document's view matrix for Rect. Overrides
+  // of the matrix form must leave the canvas as they found it.
+  virtual TSVGGraphicElement *ElementAtPos(TVXGPCanvas &Canvas, const TPointF &Point, const TRectF &Rect,
+                                           TSVGFindOptions Options);
+  virtual TSVGGraphicElement *ElementAtPos(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TPointF &Point,
+                                           const TRectF &Rect, TSVGFindOptions Options);
+  // Element was hit: the owner document's OnElementFound may answer another element, or nil.
+  virtual TSVGGraphicElement *DoOnElementFound(TSVGGraphicElement *Element);
+
   // --- changes ---
   void Change(TSVGElement *Element) override;
   void EnableChange() override;
@@ -183,6 +203,8 @@ public:
   virtual void ApplyStyle(const TSVGStyle &Style);
   void AssignProperties(const TSVGElement *Source) override;
   void Clear() override;
+  // Writes the element and then its children into Node.
+  void SaveToXML(const IXMLNode &Node) override;
 
 protected:
   // The frame of one element's draw: matrix composition, canvas set-up, own geometry, children,
@@ -199,6 +221,16 @@ protected:
   void DrawPath(const TVXPathData &Path, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
   // Clips the canvas by the element's clip path; the clip-path family builds on this hook.
   virtual void PerformClipping(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
+  // Hit testing under Matrix, the transform of the parent: children from the topmost down, then
+  // DoInternalElementAtPos with the element's own transform composed in.
+  virtual TSVGGraphicElement *InternalElementAtPos(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TPointF &Point,
+                                                   const TRectF &Rect, TSVGFindOptions Options);
+  // The element's own geometry: its bounding box, then (unless foUseBoundingBox) its path.
+  virtual TSVGGraphicElement *DoInternalElementAtPos(const TMatrix &Matrix, TVXGPCanvas &Canvas,
+                                                     const TPointF &Point, const TRectF &Rect, TSVGFindOptions Options);
+  // Path under Matrix against Point with the element's fill, pen (at least 3 units wide) and clip.
+  virtual TSVGGraphicElement *PathAtPos(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TPointF &Point,
+                                        const TRectF &Rect, const TVXGPPath &Path, TSVGFindOptions Options);
   // Sets the canvas pen for the element; ScaleStroke scales width and dashes by Matrix.
   virtual void SetCanvasPen(TVXGPCanvas &Canvas, const TMatrix &Matrix, bool ScaleStroke);
   // Greys the canvas paints for a disabled element, unless the owner's OnDisableAppearance refuses.
@@ -223,6 +255,17 @@ protected:
   // Applies the inline style and every enabled rule of Sheet that matches, lowest specificity
   // first; the inline style counts 999.
   void ApplyMatchingStyles(const TVXStringObjectHashTable<TSVGStyle> *Sheet);
+
+  // Writes the presentation: each property as an attribute or a style pair, as it was read.
+  void DoSaveToXML(const IXMLNode &Node) override;
+  // One new node per child, tagged with the child's type name, which the child fills.
+  virtual void WriteChildren(const IXMLNode &Node);
+  // Writes Length as attribute Name, a percentage as its share of 0..Max; left out when its raw
+  // value is 0 and OmitZero holds.
+  void SaveLength(const IXMLNode &Node, const QString &Name, const TSVGLength &Length, float Max, bool OmitZero) const;
+  // "none", "url(#URI)" or the colour, written by SaveStyleProperty.
+  void SaveColorStyleProperty(const IXMLNode &Node, TSVGStyleProperty Property, TVXGPBrushKind Kind,
+                              TVXGPColor Color, const QString &URI) const;
 
   // Whether Value differs from the default text of Property (what saving writes).
   virtual bool IsStored(TSVGStyleProperty Property, const QString &Value) const;
@@ -279,6 +322,8 @@ protected:
   TSVGStylePropertiesSet FInherits;
   TVXGPPath FShape;
   std::unique_ptr<TSVGLength> FWidth, FHeight, FX, FY;
+  // The region GetClipPath answered; it belongs to the clip path element that made it.
+  TVXGPRegion *FClipPath = nullptr;
 
 private:
   // The element whose field answers for Property: this one, or the nearest graphic ancestor up

@@ -137,6 +137,48 @@ bool SaveAttrString(const IXMLNode &Node, const QString &Name, const TStrings &S
   return SaveAttrString(Node, Name, Joined.DelimitedText(), Omit, Remove);
 }
 
+namespace {
+
+// The properties that SVG does not inherit; all the others are always written.
+const TSVGStyleProperties NotAlwaysWritten{ipAlignmentBaseline, ipBaselineShift, ipClip,       ipClipPath, ipDisplay,
+                                           ipDominantBaseline,  ipFloodColor,    ipFloodOpacity, ipOpacity,  ipOverflow,
+                                           ipStopColor,         ipStopOpacity,   ipVectorEffect};
+
+} // namespace
+
+bool SaveStyleProperty(const IXMLNode &Node, TSVGStyleProperty Property, QString Value, const QString &Default,
+                       bool InStyle, bool IsInherited, bool Remove)
+{
+  const QString &Name = SVGStylePropertyNames[Property];
+  const bool AlwaysWritten = !NotAlwaysWritten.Contains(Property);
+  if (Default == QLatin1String("none") && Value.isEmpty())
+    Value = QStringLiteral("none");
+  if (!InStyle) {
+    if (IsInherited) {
+      // No attribute is named "inherit": the call only removes, so nothing is written.
+      if (!AlwaysWritten)
+        SaveAttrString(Node, QStringLiteral("inherit"), Value, true, Remove);
+      return false;
+    }
+    if (Remove && Value == Default && !AlwaysWritten)
+      return false;
+    return SaveAttrString(Node, Name, Value, false, Remove);
+  }
+  QString Pair;
+  if (IsInherited) {
+    if (AlwaysWritten)
+      return false;
+    Pair = Name + QStringLiteral(":inherit");
+  } else {
+    if (Remove && Value == Default && !AlwaysWritten)
+      return false;
+    Pair = Name + QLatin1Char(':') + Value;
+  }
+  const QString Style = QStringLiteral("style");
+  Node.SetAttribute(Style, Node.HasAttribute(Style) ? Node.GetAttribute(Style) + QStringLiteral("; ") + Pair : Pair);
+  return true;
+}
+
 bool SaveNodeString(const IXMLNode &Node, const QString &Name, const QString &Value, bool Omit, bool Remove)
 {
   const IXMLNodeList Children = Node.ChildNodes();

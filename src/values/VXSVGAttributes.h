@@ -2,6 +2,7 @@
 // The thin layer between the XML DOM and the value parsers: attribute and child-element text, string
 // lists, references, comment stripping and the normalisation of character data.
 #include "platform/xml/VXXmlDom.h"
+#include "values/VXSVGVocabulary.h"
 
 #include <QString>
 #include <QStringList>
@@ -14,6 +15,7 @@ class TStrings;
 inline const QString SVGListDelimiters = QStringLiteral(", \n\r");
 // The namespace in which saved child elements are created.
 inline const QString SVGNamespaceURI = QStringLiteral("http://www.w3.org/2000/svg");
+inline const QString XLinkNamespaceURI = QStringLiteral("http://www.w3.org/1999/xlink");
 
 // The attribute's text in the empty namespace, or empty.
 QString ParseAttrString(const IXMLNode &Node, const QString &Name);
@@ -30,6 +32,12 @@ void ParseRequiredStringList(const IXMLNode &Node, const QString &Name, TStrings
 bool SaveAttrString(const IXMLNode &Node, const QString &Name, const QString &Value, bool Omit, bool Remove);
 bool SaveAttrString(const IXMLNode &Node, const QString &Name, const TStrings &Strings, bool Omit, bool Remove,
                     QChar Delimiter);
+// Writes Property as an attribute of its own or, InStyle, as a pair appended to the style attribute.
+// Defaults are left out when Remove, except for the properties that SVG inherits by default, whose
+// absence would let the parent's value through; an inherited property is written only as
+// "name:inherit" in a style, and only for those that SVG does not inherit. True when written.
+bool SaveStyleProperty(const IXMLNode &Node, TSVGStyleProperty Property, QString Value, const QString &Default,
+                       bool InStyle, bool IsInherited, bool Remove);
 bool SaveNodeString(const IXMLNode &Node, const QString &Name, const QString &Value, bool Omit, bool Remove);
 
 // "#id" (unless it reads as a hex colour) and "url(#id)" give the id; anything else stands as written.

@@ -6,7 +6,10 @@
 namespace vx::cli {
 
 // Exit statuses shared by the commands.
-enum TExitStatus : int { ExitOk = 0, ExitLoadFailed = 1, ExitUsage = 2 };
+// compare reports images that differ with ExitDiffer.
+enum TExitStatus : int { ExitOk = 0, ExitLoadFailed = 1, ExitDiffer = 1, ExitUsage = 2 };
+// hit finds no element under the point.
+inline constexpr int ExitNothingFound = 3;
 
 struct TCommand
 {
@@ -17,6 +20,10 @@ struct TCommand
 };
 
 int RunInfo(const QStringList &Args);
+int RunRender(const QStringList &Args);
+int RunCompare(const QStringList &Args);
+int RunSave(const QStringList &Args);
+int RunHit(const QStringList &Args);
 
 // Prints "vxsvg: <message>" on standard error.
 void PrintError(const QString &Message);

@@ -1,7 +1,7 @@
 // vxsvg: the command-line face of the library.
 #include "Commands.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 
 #include <cstdio>
 #include <cstring>
@@ -12,6 +12,10 @@ namespace {
 
 const TCommand Commands[] = {
   {"info", "info FILE", "print the element tree of FILE, one element a line, and the element count", RunInfo},
+  {"render", "render FILE OUT.png [opts]", "draw FILE into the PNG file OUT.png", RunRender},
+  {"compare", "compare A.png B.png", "count the pixels that differ (over white, by more than 32/255)", RunCompare},
+  {"save", "save FILE OUT.svg [opts]", "load FILE and write it back as SVG (compact unless --full)", RunSave},
+  {"hit", "hit FILE X Y [opts]", "name the element (id and type) under pixel (X, Y) as render lays FILE out", RunHit},
 };
 
 void PrintUsage(FILE *Stream)
@@ -20,7 +24,28 @@ void PrintUsage(FILE *Stream)
   for (const TCommand &Command : Commands)
     std::fprintf(Stream, "  %-28s %s\n", Command.Synopsis, Command.Summary);
   std::fputs("  --help, -h                   show this help\n\n"
-             "Exit status: 0 success, 1 the picture could not be loaded, 2 usage error or missing file.\n",
+             "Options of render:\n"
+             "  --width W, --height H        output size in pixels (1 to 16384); without either, the\n"
+             "                               picture's own size (its view box, else its width and\n"
+             "                               height); with one, the other keeps the aspect ratio\n"
+             "  --wrap MODE                  how the picture fills the output: original (own size at\n"
+             "                               the top left), fit (shrunk to fit, centred), stretch (the\n"
+             "                               default), tile (own size, repeated), center (own size)\n"
+             "  --background COLOR           a colour keyword, #rgb, #rrggbb or rgb(...); default none\n"
+             "                               (transparent)\n"
+             "  --quality N                  PNG writer quality 0 to 100: lower compresses harder\n\n"
+             "Options of save:\n"
+             "  --full                       write default-valued sizes too (clears compact export)\n"
+             "  --line-length N              wrap lines longer than N characters (above 32; path data)\n\n"
+             "Options of hit:\n"
+             "  --width W, --height H        the size the picture is laid out at, as for render\n"
+             "  --find LIST                  comma list: hidden (search hidden elements too), groups\n"
+             "                               (report the outermost group), bbox (bounding boxes decide),\n"
+             "                               nonfilled (unfilled interiors count), disabled\n"
+             "                               (search disabled elements too)\n\n"
+             "Exit status: 0 success, 1 the picture could not be loaded (or, for render, the PNG not\n"
+             "written, for save the SVG not written; for compare, the images differ in more than 0.5% of the pixels), 2 usage\n"
+             "error or missing file, 3 hit found no element.\n",
              Stream);
 }
 
@@ -31,7 +56,10 @@ void PrintUsage(FILE *Stream)
 int main(int argc, char **argv)
 {
   using namespace vx::cli;
-  QCoreApplication App(argc, argv);
+  // Fonts need the GUI application; the program never shows anything, so no display is needed.
+  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+  QGuiApplication App(argc, argv);
   const QStringList Args = App.arguments().mid(1);
   if (Args.isEmpty()) {
     PrintUsage(stderr);

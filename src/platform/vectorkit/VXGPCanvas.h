@@ -173,4 +173,18 @@ private:
   void PaintPath(const QPainterPath &Path, const QBrush &Brush, const QPen &Pen, float Opacity, bool Smooth);
 };
 
+// Saves the canvas state on construction and restores it on the way out, also by an exception.
+class TVXGPCanvasStateGuard
+{
+public:
+  explicit TVXGPCanvasStateGuard(TVXGPCanvas &Canvas) : FCanvas(Canvas), FToken(Canvas.SaveState()) {}
+  ~TVXGPCanvasStateGuard() { FCanvas.RestoreState(FToken); }
+  TVXGPCanvasStateGuard(const TVXGPCanvasStateGuard &) = delete;
+  TVXGPCanvasStateGuard &operator=(const TVXGPCanvasStateGuard &) = delete;
+
+private:
+  TVXGPCanvas &FCanvas;
+  int FToken;
+};
+
 } // namespace vx

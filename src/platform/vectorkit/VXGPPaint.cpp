@@ -210,6 +210,8 @@ QBrush TVXGPGradient::CreateQBrush(const TRectF &Bounds) const
     const QPointF P2(Bounds.Left + FEnd.X() * W, Bounds.Top + FEnd.Y() * H);
     const QPointF D = P2 - P1;
     QLinearGradient G(P1 + D * Lo, P1 + D * Hi);
+    // SVG blends the colours of stops unpremultiplied; Qt's default blends premultiplied ones.
+    G.setInterpolationMode(QGradient::ComponentInterpolation);
     G.setStops(ScaledStops(Stops, Lo, Hi));
     return QBrush(G);
   }
@@ -222,6 +224,7 @@ QBrush TVXGPGradient::CreateQBrush(const TRectF &Bounds) const
   // Laid out on the unit circle and stretched into the ellipse by the brush transform.
   const QPointF Focal(FRadialTransform.FocalOffset().X() * W / Rx, FRadialTransform.FocalOffset().Y() * H / Ry);
   QRadialGradient G(QPointF(0, 0), Hi, Focal);
+  G.setInterpolationMode(QGradient::ComponentInterpolation);
   G.setStops(ScaledStops(Stops, Lo, Hi));
   QBrush Result(G);
   Result.setTransform(QTransform::fromScale(Rx, Ry) * QTransform::fromTranslate(C.x(), C.y()));

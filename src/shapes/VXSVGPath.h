@@ -1,0 +1,48 @@
+#pragma once
+// TSVGPath, the "path" element: it owns one TVXPathData, which parses and prints the "d" text,
+// flattens curves and measures lengths. The element adds the cached shape, drawing and the length
+// ratio that "pathLength" asks for.
+#include "platform/geometry/VXPathData.h"
+#include "tree/VXSVGGraphicElement.h"
+
+namespace vx {
+
+class TSVGPath : public TSVGGraphicElement
+{
+  VX_SVG_ELEMENT_CLASS(TSVGPath)
+
+public:
+  explicit TSVGPath(TSVGDocument *Owner);
+
+  TSVGElementType SVGType() const override { return etPath; }
+  TSVGElementTypes ChildSVGTypes() const override { return SVGDescriptiveElements; }
+  // The bounds of the path's points.
+  TRectF GetBoundsRect() const override;
+  TVXGPPath *GetShape() override;
+
+  const TVXPathData &Data() const { return FData; }
+  // Copies Value; the element never takes over what it is given.
+  void SetData(const TVXPathData &Value);
+
+  // The author's length of the path; without "pathLength" the measured length, which then stays
+  // for good, also through later changes of the data.
+  double GetPathLength();
+  // The author's length over the measured one; 0 for a path of no length.
+  double GetLengthRatio();
+
+  void AssignProperties(const TSVGElement *Source) override;
+  void Clear() override;
+
+protected:
+  void DoLoadFromXML(const IXMLNode &Node) override;
+  // Writes "d" (when there are points) and a measured or given "pathLength".
+  void DoSaveToXML(const IXMLNode &Node) override;
+  // Nothing without points; otherwise the cached path, or the data itself when that is empty.
+  bool DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect) override;
+
+  TVXPathData FData;
+  // -1 while no length was given or measured.
+  double FPathLength = -1.0;
+};
+
+} // namespace vx

@@ -1,0 +1,28 @@
+#pragma once
+// The "symbol" element: a viewport container that is drawn in place by its parent's walk and
+// through "use".
+#include "tree/VXSVGCustomViewBox.h"
+
+namespace vx {
+
+class TSVGSymbol : public TSVGCustomViewBox
+{
+  VX_SVG_ELEMENT_CLASS(TSVGSymbol)
+
+public:
+  using TSVGCustomViewBox::TSVGCustomViewBox;
+  TSVGElementType SVGType() const override { return etSymbol; }
+  TSVGElementTypes ChildSVGTypes() const override { return SVGGroupChildTypes(); }
+
+  // As for any viewport, except that a view box derived from the contents counts as specified.
+  TRectF GetBoundsRect() const override;
+  using TSVGCustomViewBox::GetBoundsRect;
+
+protected:
+  // The rectangle follows the view box, with width and height taking each other's place.
+  void DoLoadFromXML(const IXMLNode &Node) override;
+  // The view box and aspect ratio, then the rectangle.
+  void DoSaveToXML(const IXMLNode &Node) override;
+};
+
+} // namespace vx
