@@ -1,7 +1,11 @@
 // vxsvg: the command-line face of the library.
 #include "Commands.h"
 
+#include <QDir>
+#include <QFile>
 #include <QGuiApplication>
+
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstring>
@@ -59,6 +63,13 @@ int main(int argc, char **argv)
   // Fonts need the GUI application; the program never shows anything, so no display is needed.
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
     qputenv("QT_QPA_PLATFORM", "offscreen");
+  // Qt warns on every run when the session has no runtime folder (a batch job, a container).
+  if (qEnvironmentVariableIsEmpty("XDG_RUNTIME_DIR")) {
+    const QString Runtime = QDir::tempPath() + QStringLiteral("/vxsvg-runtime-") + QString::number(getuid());
+    QDir().mkpath(Runtime);
+    QFile::setPermissions(Runtime, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    qputenv("XDG_RUNTIME_DIR", QFile::encodeName(Runtime));
+  }
   QGuiApplication App(argc, argv);
   const QStringList Args = App.arguments().mid(1);
   if (Args.isEmpty()) {
