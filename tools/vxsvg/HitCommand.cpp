@@ -2,6 +2,7 @@
 // render lays it out at the same size.
 #include "Commands.h"
 #include "DocumentLoading.h"
+#include "PictureLayout.h"
 
 #include "platform/rtl/VXSysUtils.h"
 #include "platform/vectorkit/VXGPBitmap.h"
@@ -29,18 +30,6 @@ struct THitOptions
   std::optional<int> Width, Height;
   TSVGFindOptions Find;
 };
-
-bool ReadSize(const QString &Text, std::optional<int> &Size, QString &Error)
-{
-  bool Ok = false;
-  const int Value = Text.toInt(&Ok);
-  if (!Ok || Value < 1 || Value > VXMaxBitmapSide) {
-    Error = QStringLiteral("size '%1' is not a whole number from 1 to %2").arg(Text).arg(VXMaxBitmapSide);
-    return false;
-  }
-  Size = Value;
-  return true;
-}
 
 bool ReadCoordinate(const QString &Text, float &Value, QString &Error)
 {
@@ -77,60 +66,24 @@ bool ReadFind(const QString &Text, TSVGFindOptions &Find, QString &Error)
 bool ParseArguments(const QStringList &Args, THitOptions &Options, QString &Error)
 {
   QStringList Positional;
-  for (int I = 0; I < Args.size(); ++I) {
-    const QString &Arg = Args[I];
-    if (!Arg.startsWith(QLatin1String("--"))) {
-      Positional.append(Arg);
-      continue;
-    }
-    if (I + 1 >= Args.size()) {
-      Error = QStringLiteral("%1 needs a value").arg(Arg);
-      return false;
-    }
-    const QString &Value = Args[++I];
-    bool Ok = false;
+  const bool Split = SplitArguments(Args, Positional, [&](const QString &Arg, const QString &Value, QString &Why) {
     if (Arg == QLatin1String("--width"))
-      Ok = ReadSize(Value, Options.Width, Error);
-    else if (Arg == QLatin1String("--height"))
-      Ok = ReadSize(Value, Options.Height, Error);
-    else if (Arg == QLatin1String("--find"))
-      Ok = ReadFind(Value, Options.Find, Error);
-    else
-      Error = QStringLiteral("unknown option '%1'").arg(Arg);
-    if (!Ok)
-      return false;
-  }
+      return ReadSize(Value, Options.Width, Why);
+    if (Arg == QLatin1String("--height"))
+      return ReadSize(Value, Options.Height, Why);
+    if (Arg == QLatin1String("--find"))
+      return ReadFind(Value, Options.Find, Why);
+    Why = QStringLiteral("unknown option '%1'").arg(Arg);
+    return false;
+  }, Error);
+  if (!Split)
+    return false;
   if (Positional.size() != 3) {
     Error = QString::fromLatin1(Usage);
     return false;
   }
   Options.Input = Positional[0];
   return ReadCoordinate(Positional[1], Options.Point.X, Error) && ReadCoordinate(Positional[2], Options.Point.Y, Error);
-}
-
-// The picture's size as render chooses it: the given sides, a missing one following the aspect
-// ratio of the natural size, or the natural size itself.
-bool OutputSize(const THitOptions &Options, const TSizeF &Natural, int &Width, int &Height)
-{
-  if (Options.Width && Options.Height) {
-    Width = *Options.Width;
-    Height = *Options.Height;
-    return true;
-  }
-  if (!(Natural.cx > 0 && Natural.cy > 0))
-    return false;
-  const double Aspect = double(Natural.cy) / Natural.cx;
-  if (Options.Width) {
-    Width = *Options.Width;
-    Height = int(std::lround(Width * Aspect));
-  } else if (Options.Height) {
-    Height = *Options.Height;
-    Width = int(std::lround(Height / Aspect));
-  } else {
-    Width = int(std::lround(Natural.cx));
-    Height = int(std::lround(Natural.cy));
-  }
-  return Width >= 1 && Height >= 1;
 }
 
 // The element under Point when Document is stretched over Rect, as render draws it.
@@ -162,13 +115,11 @@ int RunHit(const QStringList &Args)
     return Status;
   const TSizeF Natural = SVGNaturalSize(Document);
   int Width = 0, Height = 0;
-  if (!OutputSize(Options, Natural, Width, Height)) {
-    PrintError(QStringLiteral("%1: the picture has no size of its own; give --width and --height")
-                 .arg(Options.Input));
+  if (const QString Problem = OutputSize(Options.Width, Options.Height, Natural, Width, Height); !Problem.isEmpty()) {
+    PrintError(QStringLiteral("%1: %2").arg(Options.Input, Problem));
     return ExitUsage;
   }
-  if (!Document.IsViewBoxSpecified() && Natural.cx > 0 && Natural.cy > 0)
-    Document.SetViewBox(TRectF{0, 0, Natural.cx, Natural.cy});
+  ScaleToOutput(Document, Natural);
   TSVGGraphicElement *Found = nullptr;
   try {
     Found = HitElement(Document, TRectF{0, 0, float(Width), float(Height)}, Options.Point, Options.Find);

@@ -1,6 +1,7 @@
 // vxsvg render FILE OUT.png [options]: draws a picture into a PNG file.
 #include "Commands.h"
 #include "DocumentLoading.h"
+#include "PictureLayout.h"
 
 #include "platform/rtl/VXExceptions.h"
 #include "platform/vectorkit/VXGPBitmap.h"
@@ -32,18 +33,6 @@ struct TRenderOptions
 };
 
 // Each reader returns false with a message for a value it does not accept.
-bool ReadSize(const QString &Text, std::optional<int> &Size, QString &Error)
-{
-  bool Ok = false;
-  const int Value = Text.toInt(&Ok);
-  if (!Ok || Value < 1 || Value > VXMaxBitmapSide) {
-    Error = QStringLiteral("size '%1' is not a whole number from 1 to %2").arg(Text).arg(VXMaxBitmapSide);
-    return false;
-  }
-  Size = Value;
-  return true;
-}
-
 bool ReadWrap(const QString &Text, TSVGImageWrapMode &Wrap, QString &Error)
 {
   static const char *const Names[] = {"original", "fit", "stretch", "tile", "center"};
@@ -89,33 +78,22 @@ bool ReadQuality(const QString &Text, int &Quality, QString &Error)
 bool ParseArguments(const QStringList &Args, TRenderOptions &Options, QString &Error)
 {
   QStringList Positional;
-  for (int I = 0; I < Args.size(); ++I) {
-    const QString &Arg = Args[I];
-    if (!Arg.startsWith(QLatin1String("--"))) {
-      Positional.append(Arg);
-      continue;
-    }
-    if (I + 1 >= Args.size()) {
-      Error = QStringLiteral("%1 needs a value").arg(Arg);
-      return false;
-    }
-    const QString &Value = Args[++I];
-    bool Ok = false;
+  const bool Split = SplitArguments(Args, Positional, [&](const QString &Arg, const QString &Value, QString &Why) {
     if (Arg == QLatin1String("--width"))
-      Ok = ReadSize(Value, Options.Width, Error);
-    else if (Arg == QLatin1String("--height"))
-      Ok = ReadSize(Value, Options.Height, Error);
-    else if (Arg == QLatin1String("--wrap"))
-      Ok = ReadWrap(Value, Options.Wrap, Error);
-    else if (Arg == QLatin1String("--background"))
-      Ok = ReadColor(Value, Options.Background, Error);
-    else if (Arg == QLatin1String("--quality"))
-      Ok = ReadQuality(Value, Options.Quality, Error);
-    else
-      Error = QStringLiteral("unknown option '%1'").arg(Arg);
-    if (!Ok)
-      return false;
-  }
+      return ReadSize(Value, Options.Width, Why);
+    if (Arg == QLatin1String("--height"))
+      return ReadSize(Value, Options.Height, Why);
+    if (Arg == QLatin1String("--wrap"))
+      return ReadWrap(Value, Options.Wrap, Why);
+    if (Arg == QLatin1String("--background"))
+      return ReadColor(Value, Options.Background, Why);
+    if (Arg == QLatin1String("--quality"))
+      return ReadQuality(Value, Options.Quality, Why);
+    Why = QStringLiteral("unknown option '%1'").arg(Arg);
+    return false;
+  }, Error);
+  if (!Split)
+    return false;
   if (Positional.size() != 2) {
     Error = QString::fromLatin1(Usage);
     return false;
@@ -123,37 +101,6 @@ bool ParseArguments(const QStringList &Args, TRenderOptions &Options, QString &E
   Options.Input = Positional[0];
   Options.Output = Positional[1];
   return true;
-}
-
-// The output size: the natural size, or the given sides with a missing one following the aspect
-// ratio. An empty message when it is a size a bitmap can have.
-QString OutputSize(const TRenderOptions &Options, const TSizeF &Natural, int &Width, int &Height)
-{
-  double W = Options.Width.value_or(0), H = Options.Height.value_or(0);
-  if (!Options.Width || !Options.Height) {
-    // Also refuses NaN sizes, which fail every comparison.
-    if (!(Natural.cx > 0 && Natural.cy > 0))
-      return QStringLiteral("the picture has no size of its own; give --width and --height");
-    const double Aspect = double(Natural.cy) / Natural.cx;
-    if (Options.Width)
-      H = W * Aspect;
-    else if (Options.Height)
-      W = H / Aspect;
-    else {
-      W = Natural.cx;
-      H = Natural.cy;
-    }
-  }
-  W = std::round(W);
-  H = std::round(H);
-  if (!(W >= 1 && H >= 1 && W <= VXMaxBitmapSide && H <= VXMaxBitmapSide))
-    return QStringLiteral("an output of %1 by %2 pixels is outside 1 to %3 a side; give --width or --height")
-        .arg(W)
-        .arg(H)
-        .arg(VXMaxBitmapSide);
-  Width = int(W);
-  Height = int(H);
-  return QString();
 }
 
 void SavePNG(const QImage &Image, const QString &FileName, int Quality)
@@ -182,14 +129,11 @@ int RunRender(const QStringList &Args)
     return Status;
   const TSizeF Natural = SVGNaturalSize(Document);
   int Width = 0, Height = 0;
-  if (const QString Problem = OutputSize(Options, Natural, Width, Height); !Problem.isEmpty()) {
+  if (const QString Problem = OutputSize(Options.Width, Options.Height, Natural, Width, Height); !Problem.isEmpty()) {
     PrintError(QStringLiteral("%1: %2").arg(Options.Input, Problem));
     return ExitUsage;
   }
-  // Without a view box a document draws at one unit a pixel whatever the target; a view box over
-  // its own size makes it scale to the output.
-  if (!Document.IsViewBoxSpecified() && Natural.cx > 0 && Natural.cy > 0)
-    Document.SetViewBox(TRectF{0, 0, Natural.cx, Natural.cy});
+  ScaleToOutput(Document, Natural);
   try {
     TVXGPBitmap Bitmap(Width, Height);
     TVXGPCanvas &Canvas = Bitmap.GetCanvas();
