@@ -1,5 +1,4 @@
-#include "platform/vectorkit/VXGPCanvas.h"
-#include "tree/VXSVG.h"
+#include "support/PictureTest.h"
 
 #include <gtest/gtest.h>
 
@@ -11,37 +10,7 @@ using namespace vx;
 
 namespace {
 
-constexpr QRgb None = 0x00000000;
-constexpr QRgb Red = 0xFFFF0000;
-
-// A 20 by 20 document drawn into an image of the same size, one user unit per pixel.
-class Clipping : public ::testing::Test
-{
-protected:
-  void Load(const QString &Body)
-  {
-    Document.LoadFromText(QStringLiteral("<svg xmlns='http://www.w3.org/2000/svg' width='20' height='20' "
-                                         "viewBox='0 0 20 20'>%1</svg>")
-                            .arg(Body));
-  }
-  QImage Render()
-  {
-    QImage Image(20, 20, QImage::Format_ARGB32_Premultiplied);
-    Image.fill(Qt::transparent);
-    TVXGPCanvas Canvas(&Image);
-    Document.Draw(Canvas, TRectF{0, 0, 20, 20});
-    return Image;
-  }
-  TSVGGraphicElement &Element(const char *Id)
-  {
-    auto *Found = dynamic_cast<TSVGGraphicElement *>(Document.AllItems().Elements(QString::fromLatin1(Id)));
-    if (!Found)
-      throw std::runtime_error(std::string("no graphic element ") + Id);
-    return *Found;
-  }
-
-  TSVGDocument Document;
-};
+using Clipping = TPictureTest;
 
 struct TProbe
 {
@@ -59,21 +28,21 @@ struct TClipCase
 const QString Square = QStringLiteral("<rect width='20' height='20' fill='red' clip-path='url(#c)'/>");
 
 const TClipCase ClipCases[] = {
-  {"left half", "<clipPath id='c'><rect width='10' height='20'/></clipPath>", {{5, 10, Red}, {15, 10, None}}},
+  {"left half", "<clipPath id='c'><rect width='10' height='20'/></clipPath>", {{5, 10, Red}, {15, 10, NoColor}}},
   {"transformed clip path", "<clipPath id='c' transform='translate(10,0)'><rect width='10' height='20'/></clipPath>",
-   {{5, 10, None}, {15, 10, Red}}},
+   {{5, 10, NoColor}, {15, 10, Red}}},
   {"transformed child of the clip path",
    "<clipPath id='c'><rect width='10' height='20' transform='translate(5,0)'/></clipPath>",
-   {{2, 10, None}, {10, 10, Red}, {17, 10, None}}},
+   {{2, 10, NoColor}, {10, 10, Red}, {17, 10, NoColor}}},
   {"children are united",
    "<clipPath id='c'><rect width='5' height='20'/><rect x='15' width='5' height='20'/></clipPath>",
-   {{2, 10, Red}, {10, 10, None}, {17, 10, Red}}},
+   {{2, 10, Red}, {10, 10, NoColor}, {17, 10, Red}}},
   {"even-odd clip rule cuts the hole",
    "<clipPath id='c'><path clip-rule='evenodd' d='M0 0H20V20H0Z M5 5H15V15H5Z'/></clipPath>",
-   {{2, 2, Red}, {10, 10, None}}},
+   {{2, 2, Red}, {10, 10, NoColor}}},
   {"clip rule inherited from the clip path",
    "<clipPath id='c' clip-rule='evenodd'><path d='M0 0H20V20H0Z M5 5H15V15H5Z'/></clipPath>",
-   {{2, 2, Red}, {10, 10, None}}},
+   {{2, 2, Red}, {10, 10, NoColor}}},
   {"non-zero clip rule keeps the inner square", "<clipPath id='c'><path d='M0 0H20V20H0Z M5 5H15V15H5Z'/></clipPath>",
    {{2, 2, Red}, {10, 10, Red}}},
   {"empty clip path clips nothing", "<clipPath id='c'/>", {{2, 2, Red}, {17, 17, Red}}},
@@ -100,7 +69,7 @@ TEST_F(Clipping, ClipPathDefinedAfterItsUserIsFound)
   Load(Square + QStringLiteral("<clipPath id='c'><rect width='10' height='20'/></clipPath>"));
   const QImage Image = Render();
   EXPECT_EQ(Image.pixel(5, 10), Red);
-  EXPECT_EQ(Image.pixel(15, 10), None);
+  EXPECT_EQ(Image.pixel(15, 10), NoColor);
 }
 
 TEST_F(Clipping, ClipFollowsTheTransformOfTheClippedElement)
@@ -108,9 +77,9 @@ TEST_F(Clipping, ClipFollowsTheTransformOfTheClippedElement)
   Load(QStringLiteral("<clipPath id='c'><rect width='10' height='20'/></clipPath>"
                       "<rect width='20' height='20' fill='red' transform='translate(5,0)' clip-path='url(#c)'/>"));
   const QImage Image = Render();
-  EXPECT_EQ(Image.pixel(3, 10), None);
+  EXPECT_EQ(Image.pixel(3, 10), NoColor);
   EXPECT_EQ(Image.pixel(10, 10), Red);
-  EXPECT_EQ(Image.pixel(17, 10), None);
+  EXPECT_EQ(Image.pixel(17, 10), NoColor);
 }
 
 TEST_F(Clipping, NestedClipsIntersect)
@@ -121,8 +90,8 @@ TEST_F(Clipping, NestedClipsIntersect)
                       "<rect x='18' y='18' width='2' height='2' fill='red'/>"));
   const QImage Image = Render();
   EXPECT_EQ(Image.pixel(5, 5), Red);
-  EXPECT_EQ(Image.pixel(15, 5), None);
-  EXPECT_EQ(Image.pixel(5, 15), None);
+  EXPECT_EQ(Image.pixel(15, 5), NoColor);
+  EXPECT_EQ(Image.pixel(5, 15), NoColor);
   // The group's clip ends with the group.
   EXPECT_EQ(Image.pixel(19, 19), Red);
 }
@@ -131,7 +100,7 @@ TEST_F(Clipping, ClipPathIsNeverDrawn)
 {
   Load(QStringLiteral("<clipPath id='c'><rect width='20' height='20' fill='red'/></clipPath>"));
   const QImage Image = Render();
-  EXPECT_EQ(Image.pixel(10, 10), None);
+  EXPECT_EQ(Image.pixel(10, 10), NoColor);
 }
 
 TEST_F(Clipping, OptionOffIgnoresClipPaths)
@@ -182,7 +151,7 @@ TEST_F(Clipping, NestedViewportHidesItsOverflow)
   Load(QString::fromLatin1(Nested).arg(QString()));
   QImage Image = Render();
   EXPECT_EQ(Image.pixel(5, 5), Red);
-  EXPECT_EQ(Image.pixel(15, 15), None);
+  EXPECT_EQ(Image.pixel(15, 15), NoColor);
 
   Load(QString::fromLatin1(Nested).arg(QStringLiteral("overflow='visible'")));
   EXPECT_EQ(Render().pixel(15, 15), Red);

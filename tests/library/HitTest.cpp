@@ -1,5 +1,4 @@
-#include "platform/vectorkit/VXGPCanvas.h"
-#include "tree/VXSVG.h"
+#include "support/PictureTest.h"
 
 #include <gtest/gtest.h>
 
@@ -10,33 +9,18 @@ using namespace vx;
 namespace {
 
 // Hit tests in a 20 by 20 document laid over a canvas of the same size, one user unit per pixel.
-class HitTesting : public ::testing::Test
+class HitTesting : public TPictureTest
 {
 protected:
-  void Load(const QString &Body)
-  {
-    Document.LoadFromText(QStringLiteral("<svg xmlns='http://www.w3.org/2000/svg' "
-                                         "xmlns:xlink='http://www.w3.org/1999/xlink' width='20' height='20' "
-                                         "viewBox='0 0 20 20'>%1</svg>")
-                            .arg(Body));
-  }
   // The id of the element under (X, Y), or "" for none.
   QString Hit(float X, float Y, TSVGFindOptions Options = {})
   {
     const TSVGGraphicElement *Found = Document.ElementAtPos(Canvas, TPointF{X, Y}, TRectF{0, 0, 20, 20}, Options);
     return Found ? Found->ID() : QString();
   }
-  TSVGGraphicElement &Element(const char *Id)
-  {
-    auto *Found = dynamic_cast<TSVGGraphicElement *>(Document.AllItems().Elements(QString::fromLatin1(Id)));
-    if (!Found)
-      throw std::runtime_error(std::string("no graphic element ") + Id);
-    return *Found;
-  }
 
   QImage Image{20, 20, QImage::Format_ARGB32_Premultiplied};
   TVXGPCanvas Canvas{&Image};
-  TSVGDocument Document;
 };
 
 struct THitCase

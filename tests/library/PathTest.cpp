@@ -1,6 +1,6 @@
 #include "shapes/VXSVGPath.h"
+#include "support/PictureTest.h"
 #include "support/RecordingCanvas.h"
-#include "tree/VXSVG.h"
 
 #include <gtest/gtest.h>
 
@@ -12,44 +12,16 @@ using namespace vx;
 
 namespace {
 
-constexpr QRgb Transparent = 0x00000000;
-constexpr QRgb Red = 0xFFFF0000;
-constexpr QRgb Blue = 0xFF0000FF;
-
-class Path : public ::testing::Test
+class Path : public TPictureTest
 {
 protected:
-  void Load(const QString &Body)
-  {
-    Document.LoadFromText(
-      QStringLiteral("<svg xmlns='http://www.w3.org/2000/svg' width='20' height='20' viewBox='0 0 20 20'>%1</svg>")
-        .arg(Body));
-  }
-  TSVGPath &Element(const char *Id)
-  {
-    auto *Found = dynamic_cast<TSVGPath *>(Document.AllItems().Elements(QString::fromUtf8(Id)));
-    if (!Found)
-      throw std::runtime_error(std::string("no path ") + Id);
-    return *Found;
-  }
-  QImage Render()
-  {
-    QImage Image(20, 20, QImage::Format_ARGB32_Premultiplied);
-    Image.fill(Qt::transparent);
-    {
-      TVXGPCanvas Canvas(&Image);
-      Document.Draw(Canvas, TRectF{0, 0, 20, 20});
-    }
-    return Image;
-  }
   QStringList Record()
   {
     TRecordingCanvas Canvas(20, 20);
     Document.Draw(Canvas, TRectF{0, 0, 20, 20});
     return Canvas.Calls({QStringLiteral("FillPath"), QStringLiteral("DrawPath")});
   }
-
-  TSVGDocument Document;
+  TSVGPath &PathElement(const char *Id) { return Element<TSVGPath>(Id); }
 };
 
 TVXPathData PathData(const char *Text)
@@ -64,9 +36,9 @@ TVXPathData PathData(const char *Text)
 TEST_F(Path, WithoutDataNothingIsDrawn)
 {
   Load(QStringLiteral("<path id='p' stroke='blue'/><path id='move' d='M5 5' stroke='blue'/>"));
-  EXPECT_EQ(Element("p").Data().GetCount(), 0);
-  EXPECT_EQ(Element("p").GetBoundsRect(), TRectF{});
-  EXPECT_EQ(Element("move").Data().GetCount(), 1);
+  EXPECT_EQ(PathElement("p").Data().GetCount(), 0);
+  EXPECT_EQ(PathElement("p").GetBoundsRect(), TRectF{});
+  EXPECT_EQ(PathElement("move").Data().GetCount(), 1);
   EXPECT_EQ(Record().size(), 2) << "only the lone move reaches the canvas, as an empty figure";
   const QImage Image = Render();
   for (int Y = 0; Y < 20; ++Y)
@@ -81,9 +53,9 @@ TEST_F(Path, ArcsAreDrawnAlongTheCircle)
   const QImage Image = Render();
   EXPECT_EQ(Image.pixel(10, 4), Red);
   EXPECT_EQ(Image.pixel(4, 8), Red);
-  EXPECT_EQ(Image.pixel(10, 14), Transparent);
-  EXPECT_EQ(Image.pixel(3, 3), Transparent) << "outside the arc, inside its chord's square";
-  const TRectF B = Element("p").GetShape()->GetBounds();
+  EXPECT_EQ(Image.pixel(10, 14), NoColor);
+  EXPECT_EQ(Image.pixel(3, 3), NoColor) << "outside the arc, inside its chord's square";
+  const TRectF B = PathElement("p").GetShape()->GetBounds();
   EXPECT_NEAR(B.Top, 2, 0.01);
   EXPECT_NEAR(B.Left, 2, 0.01);
   EXPECT_NEAR(B.Right, 18, 0.01);
@@ -94,7 +66,7 @@ TEST_F(Path, RelativeCommandsFillRuleAndStroke)
   Load(QStringLiteral("<path d='M2 2h16v16h-16z m4 4h8v8h-8z' fill='red' fill-rule='evenodd' stroke='blue'"
                       " stroke-width='2'/>"));
   const QImage Image = Render();
-  EXPECT_EQ(Image.pixel(10, 10), Transparent);
+  EXPECT_EQ(Image.pixel(10, 10), NoColor);
   EXPECT_EQ(Image.pixel(4, 10), Red);
   EXPECT_EQ(Image.pixel(2, 10), Blue);
   EXPECT_EQ(Image.pixel(6, 10), Blue);
@@ -103,7 +75,7 @@ TEST_F(Path, RelativeCommandsFillRuleAndStroke)
 TEST_F(Path, ShapeCacheFollowsTheData)
 {
   Load(QStringLiteral("<path id='p' d='M1 1 L5 5'/>"));
-  TSVGPath &P = Element("p");
+  TSVGPath &P = PathElement("p");
   EXPECT_EQ(P.GetShape()->Count(), 2);
   P.SetData(PathData("M0 0 L10 0 L10 10 Z"));
   EXPECT_EQ(P.GetShape()->Count(), 4) << "a change of the data drops the cached shape";
@@ -115,13 +87,13 @@ TEST_F(Path, LengthAndRatio)
   Load(QStringLiteral("<path id='given' d='M0 0 H100' pathLength='50'/>"
                       "<path id='bad' d='M0 0 H30 V40' pathLength='abc'/>"
                       "<path id='empty' pathLength='10'/>"));
-  EXPECT_DOUBLE_EQ(Element("given").GetPathLength(), 50);
-  EXPECT_NEAR(Element("given").GetLengthRatio(), 0.5, 1e-9);
-  EXPECT_NEAR(Element("bad").GetPathLength(), 70, 1e-4) << "no number: the length is measured";
-  EXPECT_NEAR(Element("bad").GetLengthRatio(), 1, 1e-9);
-  EXPECT_DOUBLE_EQ(Element("empty").GetLengthRatio(), 0) << "no division by zero";
+  EXPECT_DOUBLE_EQ(PathElement("given").GetPathLength(), 50);
+  EXPECT_NEAR(PathElement("given").GetLengthRatio(), 0.5, 1e-9);
+  EXPECT_NEAR(PathElement("bad").GetPathLength(), 70, 1e-4) << "no number: the length is measured";
+  EXPECT_NEAR(PathElement("bad").GetLengthRatio(), 1, 1e-9);
+  EXPECT_DOUBLE_EQ(PathElement("empty").GetLengthRatio(), 0) << "no division by zero";
 
-  TSVGPath &Bad = Element("bad");
+  TSVGPath &Bad = PathElement("bad");
   Bad.SetData(PathData("M0 0 H10"));
   EXPECT_NEAR(Bad.GetPathLength(), 70, 1e-4) << "the measured length stays";
   EXPECT_NEAR(Bad.GetLengthRatio(), 7, 1e-4);
@@ -130,14 +102,14 @@ TEST_F(Path, LengthAndRatio)
 TEST_F(Path, CopiesTakeTheDataButNotTheLength)
 {
   Load(QStringLiteral("<path id='p' d='M0 0 H100' pathLength='50'/>"));
-  const std::unique_ptr<TSVGElement> Copy(Element("p").Clone(nullptr));
+  const std::unique_ptr<TSVGElement> Copy(PathElement("p").Clone(nullptr));
   auto &Path = dynamic_cast<TSVGPath &>(*Copy);
-  EXPECT_EQ(Path.Data().GetPathString(), Element("p").Data().GetPathString());
+  EXPECT_EQ(Path.Data().GetPathString(), PathElement("p").Data().GetPathString());
   EXPECT_NEAR(Path.GetPathLength(), 100, 1e-4);
 
-  Element("p").Clear();
-  EXPECT_EQ(Element("p").Data().GetCount(), 0);
-  EXPECT_DOUBLE_EQ(Element("p").GetPathLength(), 0) << "Clear forgets the given length";
-  EXPECT_EQ(Element("p").GetShape()->Count(), 0);
+  PathElement("p").Clear();
+  EXPECT_EQ(PathElement("p").Data().GetCount(), 0);
+  EXPECT_DOUBLE_EQ(PathElement("p").GetPathLength(), 0) << "Clear forgets the given length";
+  EXPECT_EQ(PathElement("p").GetShape()->Count(), 0);
   EXPECT_EQ(Path.Data().GetCount(), 2) << "the copy keeps its own data";
 }

@@ -1,7 +1,7 @@
 #include "shapes/VXSVGBasicShapes.h"
 #include "structure/VXSVGGroups.h"
+#include "support/PictureTest.h"
 #include "support/RecordingCanvas.h"
-#include "tree/VXSVG.h"
 
 #include <gtest/gtest.h>
 
@@ -13,38 +13,9 @@ using namespace vx;
 
 namespace {
 
-constexpr QRgb Transparent = 0x00000000;
-constexpr QRgb Red = 0xFFFF0000;
-constexpr QRgb Blue = 0xFF0000FF;
-
-// A 20 by 20 document drawn into an image of the same size, one user unit per pixel.
-class Shapes : public ::testing::Test
+class Shapes : public TPictureTest
 {
 protected:
-  void Load(const QString &Body)
-  {
-    Document.LoadFromText(
-      QStringLiteral("<svg xmlns='http://www.w3.org/2000/svg' width='20' height='20' viewBox='0 0 20 20'>%1</svg>")
-        .arg(Body));
-  }
-  template <typename T = TSVGGraphicElement>
-  T &Element(const char *Id)
-  {
-    auto *Found = dynamic_cast<T *>(Document.AllItems().Elements(QString::fromUtf8(Id)));
-    if (!Found)
-      throw std::runtime_error(std::string("no element of that class: ") + Id);
-    return *Found;
-  }
-  QImage Render()
-  {
-    QImage Image(20, 20, QImage::Format_ARGB32_Premultiplied);
-    Image.fill(Qt::transparent);
-    {
-      TVXGPCanvas Canvas(&Image);
-      Document.Draw(Canvas, TRectF{0, 0, 20, 20});
-    }
-    return Image;
-  }
   QStringList Record(const QStringList &Names)
   {
     TRecordingCanvas Canvas(20, 20);
@@ -59,8 +30,6 @@ protected:
           return false;
     return true;
   }
-
-  TSVGDocument Document;
 };
 
 // A rectangle whose cached path stays empty, so that drawing takes the direct road.
@@ -203,8 +172,8 @@ TEST_F(Shapes, FillInsideStrokeOnTheOutline)
   EXPECT_EQ(Image.pixel(10, 10), Red);
   EXPECT_EQ(Image.pixel(4, 10), Blue);
   EXPECT_EQ(Image.pixel(10, 15), Blue);
-  EXPECT_EQ(Image.pixel(1, 1), Transparent);
-  EXPECT_EQ(Image.pixel(18, 10), Transparent);
+  EXPECT_EQ(Image.pixel(1, 1), NoColor);
+  EXPECT_EQ(Image.pixel(18, 10), NoColor);
   const QStringList Names = Record({"FillPath", "DrawPath"});
   ASSERT_EQ(Names.size(), 2);
   EXPECT_TRUE(Names[0].startsWith(QStringLiteral("FillPath"))) << "fill before stroke";
@@ -214,7 +183,7 @@ TEST_F(Shapes, RoundedCornersLeaveTheCornerEmpty)
 {
   Load(QStringLiteral("<rect x='0' y='0' width='20' height='20' rx='8' fill='red'/>"));
   const QImage Image = Render();
-  EXPECT_EQ(Image.pixel(0, 0), Transparent);
+  EXPECT_EQ(Image.pixel(0, 0), NoColor);
   EXPECT_EQ(Image.pixel(10, 0), Red);
   EXPECT_EQ(Image.pixel(10, 10), Red);
 }
@@ -225,10 +194,10 @@ TEST_F(Shapes, TransformMovesTheShape)
                       "<circle cx='0' cy='0' r='3' fill='blue' transform='translate(5,15) scale(2)'/>"));
   const QImage Image = Render();
   EXPECT_EQ(Image.pixel(12, 2), Red);
-  EXPECT_EQ(Image.pixel(2, 2), Transparent);
+  EXPECT_EQ(Image.pixel(2, 2), NoColor);
   EXPECT_EQ(Image.pixel(5, 15), Blue);
   EXPECT_EQ(Image.pixel(9, 15), Blue) << "the radius is scaled too";
-  EXPECT_EQ(Image.pixel(12, 15), Transparent);
+  EXPECT_EQ(Image.pixel(12, 15), NoColor);
 }
 
 TEST_F(Shapes, PolygonIsClosedPolylineIsLeftOpen)
@@ -238,7 +207,7 @@ TEST_F(Shapes, PolygonIsClosedPolylineIsLeftOpen)
   Load(QStringLiteral("<polygon %1/>").arg(Points));
   EXPECT_EQ(Render().pixel(10, 10), Blue);
   Load(QStringLiteral("<polyline %1/>").arg(Points));
-  EXPECT_EQ(Render().pixel(10, 10), Transparent);
+  EXPECT_EQ(Render().pixel(10, 10), NoColor);
   EXPECT_EQ(Render().pixel(10, 2), Blue);
 
   Load(QStringLiteral("<polyline points='2,2 18,2 18,18' fill='red'/>"));
@@ -250,7 +219,7 @@ TEST_F(Shapes, FillRuleEvenOddLeavesTheHole)
   const QString Rings = QStringLiteral("points='2,2 18,2 18,18 2,18 2,2 6,6 14,6 14,14 6,14 6,6'");
   Load(QStringLiteral("<polygon %1 fill='red' fill-rule='evenodd'/>").arg(Rings));
   QImage Image = Render();
-  EXPECT_EQ(Image.pixel(10, 10), Transparent);
+  EXPECT_EQ(Image.pixel(10, 10), NoColor);
   EXPECT_EQ(Image.pixel(4, 10), Red);
   Load(QStringLiteral("<polygon %1 fill='red'/>").arg(Rings));
   EXPECT_EQ(Render().pixel(10, 10), Red) << "non-zero fills the inner ring of the same direction";
@@ -275,8 +244,8 @@ TEST_F(Shapes, LinesAreStrokedNeverFilled)
   const QImage Image = Render();
   EXPECT_EQ(Image.pixel(10, 10), Blue);
   EXPECT_EQ(Image.pixel(9, 10), Blue);
-  EXPECT_EQ(Image.pixel(12, 10), Transparent);
-  EXPECT_EQ(Image.pixel(10, 19), Transparent);
+  EXPECT_EQ(Image.pixel(12, 10), NoColor);
+  EXPECT_EQ(Image.pixel(10, 19), NoColor);
 }
 
 TEST_F(Shapes, OnlyDescriptiveChildren)

@@ -1,6 +1,5 @@
-#include "platform/vectorkit/VXGPCanvas.h"
 #include "structure/VXSVGUse.h"
-#include "tree/VXSVG.h"
+#include "support/PictureTest.h"
 
 #include <gtest/gtest.h>
 
@@ -14,35 +13,9 @@ using namespace vx;
 
 namespace {
 
-constexpr QRgb None = 0x00000000;
-constexpr QRgb Red = 0xFFFF0000;
-constexpr QRgb Blue = 0xFF0000FF;
-constexpr QRgb Green = 0xFF008000;
-
-const QString Header = QStringLiteral("<svg xmlns='http://www.w3.org/2000/svg' "
-                                      "xmlns:xlink='http://www.w3.org/1999/xlink' "
-                                      "width='20' height='20' viewBox='0 0 20 20'>%1</svg>");
-
-class UseElement : public ::testing::Test
+class UseElement : public TPictureTest
 {
 protected:
-  void Load(const QString &Body) { Document.LoadFromText(Header.arg(Body)); }
-  QImage Render()
-  {
-    QImage Image(20, 20, QImage::Format_ARGB32_Premultiplied);
-    Image.fill(Qt::transparent);
-    TVXGPCanvas Canvas(&Image);
-    Document.Draw(Canvas, TRectF{0, 0, 20, 20});
-    return Image;
-  }
-  template <typename T = TSVGGraphicElement>
-  T &Element(const char *Id)
-  {
-    auto *Found = dynamic_cast<T *>(Document.AllItems().Elements(QString::fromLatin1(Id)));
-    if (!Found)
-      throw std::runtime_error(std::string("no element of that class: ") + Id);
-    return *Found;
-  }
   // Every element's parent, to see that lending gave each one back.
   std::map<const TSVGElement *, const TSVGElement *> Parents() const
   {
@@ -52,8 +25,6 @@ protected:
         Result[E] = E->Parent();
     return Result;
   }
-
-  TSVGDocument Document;
 };
 
 TEST_F(UseElement, DrawsTheTargetMovedByXAndY)
@@ -62,7 +33,7 @@ TEST_F(UseElement, DrawsTheTargetMovedByXAndY)
                       "<use id='u' xlink:href='#t' x='10' y='2'/>"));
   const QImage Image = Render();
   EXPECT_EQ(Image.pixel(12, 4), Red);
-  EXPECT_EQ(Image.pixel(2, 4), None);
+  EXPECT_EQ(Image.pixel(2, 4), NoColor);
   const TRectF Bounds = Element("u").GetBoundsRect();
   EXPECT_FLOAT_EQ(Bounds.Left, 10);
   EXPECT_FLOAT_EQ(Bounds.Top, 2);
@@ -98,8 +69,8 @@ TEST_F(UseElement, SymbolViewBoxMapsIntoTheUseRectangle)
                       "<use id='u' xlink:href='#s' x='10' y='0' width='10' height='10'/>"));
   QImage Image = Render();
   EXPECT_EQ(Image.pixel(15, 5), Green);
-  EXPECT_EQ(Image.pixel(5, 5), None);
-  EXPECT_EQ(Image.pixel(15, 15), None);
+  EXPECT_EQ(Image.pixel(5, 5), NoColor);
+  EXPECT_EQ(Image.pixel(15, 15), NoColor);
 
   // Twice the size: the symbol scales with the viewport.
   Load(QStringLiteral("<defs><symbol id='s' viewBox='0 0 10 10'>"
@@ -107,7 +78,7 @@ TEST_F(UseElement, SymbolViewBoxMapsIntoTheUseRectangle)
                       "<use xlink:href='#s' width='20' height='20'/>"));
   Image = Render();
   EXPECT_EQ(Image.pixel(8, 8), Green);
-  EXPECT_EQ(Image.pixel(12, 12), None);
+  EXPECT_EQ(Image.pixel(12, 12), NoColor);
 }
 
 TEST_F(UseElement, SymbolFollowsTheTransformOfTheUseOnce)
@@ -116,9 +87,9 @@ TEST_F(UseElement, SymbolFollowsTheTransformOfTheUseOnce)
                       "<rect width='10' height='10' fill='green'/></symbol></defs>"
                       "<use xlink:href='#s' width='10' height='10' transform='translate(5,0)'/>"));
   const QImage Image = Render();
-  EXPECT_EQ(Image.pixel(3, 5), None);
+  EXPECT_EQ(Image.pixel(3, 5), NoColor);
   EXPECT_EQ(Image.pixel(12, 5), Green);
-  EXPECT_EQ(Image.pixel(17, 5), None);
+  EXPECT_EQ(Image.pixel(17, 5), NoColor);
 }
 
 TEST_F(UseElement, NestedDocumentTarget)
@@ -128,7 +99,7 @@ TEST_F(UseElement, NestedDocumentTarget)
                       "<use xlink:href='#n' x='10' y='10' width='10' height='10'/>"));
   const QImage Image = Render();
   EXPECT_EQ(Image.pixel(15, 15), Red);
-  EXPECT_EQ(Image.pixel(5, 5), None);
+  EXPECT_EQ(Image.pixel(5, 5), NoColor);
 }
 
 TEST_F(UseElement, MissingOrUnsuitableTargetDrawsNothing)
@@ -138,7 +109,7 @@ TEST_F(UseElement, MissingOrUnsuitableTargetDrawsNothing)
     Load(QString::fromLatin1(Body));
     QImage Image;
     EXPECT_NO_THROW(Image = Render());
-    EXPECT_EQ(Image.pixel(10, 10), None);
+    EXPECT_EQ(Image.pixel(10, 10), NoColor);
   }
 }
 
@@ -146,7 +117,7 @@ TEST_F(UseElement, TargetFoundWhenItAppearsLater)
 {
   Load(QStringLiteral("<use id='u' xlink:href='#later'/>"
                       "<defs><rect id='t' width='10' height='10' fill='red'/></defs>"));
-  EXPECT_EQ(Render().pixel(5, 5), None);
+  EXPECT_EQ(Render().pixel(5, 5), NoColor);
   Element("t").SetID(QStringLiteral("later"));
   EXPECT_EQ(Render().pixel(5, 5), Red);
 }
@@ -166,7 +137,7 @@ TEST_F(UseElement, DeletingTheTargetEmptiesAJoinedReference)
   TSVGElement &Defs = Element("d");
   Defs.Items().Remove(Defs.Items()[0]);
   EXPECT_EQ(Use.Reference(), QString());
-  EXPECT_EQ(Render().pixel(5, 5), None);
+  EXPECT_EQ(Render().pixel(5, 5), NoColor);
 
   QBuffer Saved;
   Saved.open(QIODevice::WriteOnly);
@@ -253,7 +224,7 @@ TEST_F(UseElement, CyclesAreSkippedWithinASecond)
     Document.GetBoundsRect(VXIdentityMatrix);
     EXPECT_LT(Timer.elapsed(), 1000);
     EXPECT_EQ(Image.pixel(17, 17), Red);
-    EXPECT_EQ(Image.pixel(2, 2), None);
+    EXPECT_EQ(Image.pixel(2, 2), NoColor);
     EXPECT_EQ(Parents(), Before);
   }
 }
@@ -263,7 +234,7 @@ TEST_F(UseElement, RepetitionIsSkippedButTheRestOfTheTargetDrawn)
   Load(QStringLiteral("<g id='g'><use id='u' xlink:href='#g' x='10'/><rect width='5' height='5' fill='red'/></g>"));
   const QImage Image = Render();
   EXPECT_EQ(Image.pixel(2, 2), Red);
-  EXPECT_EQ(Image.pixel(12, 2), None);
+  EXPECT_EQ(Image.pixel(12, 2), NoColor);
   // Measuring does not count the skipped repetition either.
   const TRectF Bounds = Element("g").GetBoundsRect();
   EXPECT_FLOAT_EQ(Bounds.Right, 5);
@@ -283,7 +254,7 @@ TEST_F(UseElement, ChainsOfUsesDrawUpToTheNestingLimit)
   Load(UseChain(50));
   EXPECT_EQ(Render().pixel(5, 5), Red);
   Load(UseChain(TSVGUse::MaxUseNesting + 10));
-  EXPECT_EQ(Render().pixel(5, 5), None);
+  EXPECT_EQ(Render().pixel(5, 5), NoColor);
 }
 
 } // namespace
