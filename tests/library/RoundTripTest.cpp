@@ -89,3 +89,26 @@ TEST(RoundTrip, ExamplesDrawTheSamePixels)
     ExpectSameAfterRoundTrip(QString::fromUtf8(Input.readAll()), File.toStdString());
   }
 }
+
+TEST(RoundTrip, LongPathDataIsWrappedAndReadsBackTheSame)
+{
+  QString Data = QStringLiteral("M0 0");
+  for (int I = 1; I <= 200; ++I)
+    Data += QStringLiteral(" L%1 %2").arg(I).arg(I % 7);
+  TSVGDocument Original;
+  Original.LoadFromText(QStringLiteral("<svg xmlns='http://www.w3.org/2000/svg' width='200' height='10'>"
+                                       "<path id='p' fill='none' stroke='black' d='%1'/></svg>")
+                            .arg(Data));
+  QBuffer Buffer;
+  Buffer.open(QIODevice::ReadWrite);
+  Original.SaveToStream(Buffer, 60);
+  const QString Saved = QString::fromUtf8(Buffer.data());
+  // Only path data is wrapped, at the first blank past the length.
+  for (const QString &Line : Saved.split(QLatin1Char('\n')))
+    if (!Line.startsWith(QLatin1String("<svg")))
+      EXPECT_LE(Line.size(), 70) << Line.toStdString();
+  TSVGDocument Copy;
+  Copy.LoadFromText(Saved);
+  EXPECT_EQ(Render(Copy), Render(Original));
+  EXPECT_GT(Saved.count(QLatin1Char('\n')), 20) << "the path data spans many lines";
+}
