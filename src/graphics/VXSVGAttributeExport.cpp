@@ -37,6 +37,15 @@ void TSVGGraphicElement::SaveLength(const IXMLNode &Node, const QString &Name, c
   SaveAttrString(Node, Name, SVGLengthToString(Length, GetFormatStr(), 0, Max), OmitZero && Length.Raw() == 0, true);
 }
 
+void TSVGGraphicElement::SaveBoundsLengths(const IXMLNode &Node) const
+{
+  const bool Compact = IsCompactXML();
+  SaveLength(Node, QStringLiteral("x"), *FX, 100, Compact);
+  SaveLength(Node, QStringLiteral("y"), *FY, 100, Compact);
+  SaveLength(Node, QStringLiteral("width"), *FWidth, 100, Compact);
+  SaveLength(Node, QStringLiteral("height"), *FHeight, 100, Compact);
+}
+
 void TSVGGraphicElement::SaveColorStyleProperty(const IXMLNode &Node, TSVGStyleProperty Property,
                                                 TVXGPBrushKind Kind, TVXGPColor Color, const QString &URI) const
 {

@@ -520,11 +520,8 @@ void TSVGEllipse::DoSaveToXML(const IXMLNode &Node)
 void TSVGRectangle::DoSaveToXML(const IXMLNode &Node)
 {
   TSVGGraphicElement::DoSaveToXML(Node);
+  SaveBoundsLengths(Node);
   const bool Compact = IsCompactXML();
-  SaveLength(Node, QStringLiteral("x"), *FX, 100, Compact);
-  SaveLength(Node, QStringLiteral("y"), *FY, 100, Compact);
-  SaveLength(Node, QStringLiteral("width"), *FWidth, 100, Compact);
-  SaveLength(Node, QStringLiteral("height"), *FHeight, 100, Compact);
   SaveLength(Node, QStringLiteral("rx"), *FRX, 100, Compact);
   SaveLength(Node, QStringLiteral("ry"), *FRY, 100, Compact);
 }

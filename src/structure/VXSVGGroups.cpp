@@ -17,11 +17,7 @@ const TSVGClassRegistration SwitchRegistration(etSwitch, TSVGSwitch::ClassInfo()
 void TSVGGroup::DoSaveToXML(const IXMLNode &Node)
 {
   TSVGCustomGroup::DoSaveToXML(Node);
-  const bool Compact = IsCompactXML();
-  SaveLength(Node, QStringLiteral("x"), *FX, 100, Compact);
-  SaveLength(Node, QStringLiteral("y"), *FY, 100, Compact);
-  SaveLength(Node, QStringLiteral("width"), *FWidth, 100, Compact);
-  SaveLength(Node, QStringLiteral("height"), *FHeight, 100, Compact);
+  SaveBoundsLengths(Node);
 }
 
 TSVGElementTypes TSVGSwitch::ChildSVGTypes() const

@@ -35,11 +35,7 @@ void TSVGSymbol::DoLoadFromXML(const IXMLNode &Node)
 void TSVGSymbol::DoSaveToXML(const IXMLNode &Node)
 {
   TSVGCustomViewBox::DoSaveToXML(Node);
-  const bool Compact = IsCompactXML();
-  SaveLength(Node, QStringLiteral("x"), *FX, 100, Compact);
-  SaveLength(Node, QStringLiteral("y"), *FY, 100, Compact);
-  SaveLength(Node, QStringLiteral("width"), *FWidth, 100, Compact);
-  SaveLength(Node, QStringLiteral("height"), *FHeight, 100, Compact);
+  SaveBoundsLengths(Node);
 }
 
 } // namespace vx

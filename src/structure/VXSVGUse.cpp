@@ -246,11 +246,7 @@ void TSVGUse::DoLoadFromXML(const IXMLNode &Node)
 void TSVGUse::DoSaveToXML(const IXMLNode &Node)
 {
   TSVGGraphicElement::DoSaveToXML(Node);
-  const bool Compact = IsCompactXML();
-  SaveLength(Node, QStringLiteral("x"), *FX, 100, Compact);
-  SaveLength(Node, QStringLiteral("y"), *FY, 100, Compact);
-  SaveLength(Node, QStringLiteral("width"), *FWidth, 100, Compact);
-  SaveLength(Node, QStringLiteral("height"), *FHeight, 100, Compact);
+  SaveBoundsLengths(Node);
   if (!FReference.isEmpty())
     Node.SetAttributeNS(QStringLiteral("href"), XLinkNamespaceURI, QLatin1Char('#') + FReference);
 }

@@ -159,11 +159,7 @@ void TSVGDocument::DoSaveToXML(const IXMLNode &Node)
   Node.DeclareNamespace(QString(), SVGNamespaceURI);
   Node.DeclareNamespace(QStringLiteral("xlink"), XLinkNamespaceURI);
   TSVGCustomViewBox::DoSaveToXML(Node);
-  const bool Compact = IsCompactXML();
-  SaveLength(Node, QStringLiteral("x"), *FX, 100, Compact);
-  SaveLength(Node, QStringLiteral("y"), *FY, 100, Compact);
-  SaveLength(Node, QStringLiteral("width"), *FWidth, 100, Compact);
-  SaveLength(Node, QStringLiteral("height"), *FHeight, 100, Compact);
+  SaveBoundsLengths(Node);
   SaveAttrString(Node, QStringLiteral("version"), QStringLiteral("1.1"), false, true);
 }
 

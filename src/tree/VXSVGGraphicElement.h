@@ -263,6 +263,9 @@ protected:
   // Writes Length as attribute Name, a percentage as its share of 0..Max; left out when its raw
   // value is 0 and OmitZero holds.
   void SaveLength(const IXMLNode &Node, const QString &Name, const TSVGLength &Length, float Max, bool OmitZero) const;
+  // Writes "x", "y", "width" and "height" (as percentages of 100 where given so); a zero is left out
+  // of compact output.
+  void SaveBoundsLengths(const IXMLNode &Node) const;
   // "none", "url(#URI)" or the colour, written by SaveStyleProperty.
   void SaveColorStyleProperty(const IXMLNode &Node, TSVGStyleProperty Property, TVXGPBrushKind Kind,
                               TVXGPColor Color, const QString &URI) const;
