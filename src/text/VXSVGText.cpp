@@ -6,6 +6,8 @@
 #include "values/VXSVGAttributes.h"
 #include "values/VXSVGLookups.h"
 
+#include <limits>
+
 namespace vx {
 
 VX_SVG_ELEMENT_CLASS_INFO(TSVGText)
@@ -89,6 +91,14 @@ QString TSVGCustomText::GetLineText() const
   return Result;
 }
 
+int TSVGCustomText::IndexFromChild(int Index) const
+{
+  // Running indices add up the totals of nested spans, so deep nesting makes them huge: anything
+  // beyond the range of an index lies past the end of every list.
+  const std::int64_t Result = std::int64_t(Index) + FCurrentTextIndex;
+  return Index < 0 || Result > std::numeric_limits<int>::max() ? std::numeric_limits<int>::max() : int(Result);
+}
+
 float TSVGCustomText::ListValue(const TSVGLengths &List, int Index, bool Width) const
 {
   const TSVGLength *Item = List[Index];
@@ -104,7 +114,7 @@ float TSVGCustomText::GetX(int Index) const
   if (Index < FX->Count())
     return ListValue(*FX, Index, true);
   if (TSVGCustomText *Parent = TextParent())
-    return Parent->GetX(Index + int(Parent->FCurrentTextIndex));
+    return Parent->GetX(Parent->IndexFromChild(Index));
   return 0;
 }
 
@@ -113,7 +123,7 @@ float TSVGCustomText::GetY(int Index) const
   if (Index < FY->Count())
     return ListValue(*FY, Index, false);
   if (TSVGCustomText *Parent = TextParent())
-    return Parent->GetY(Index + int(Parent->FCurrentTextIndex));
+    return Parent->GetY(Parent->IndexFromChild(Index));
   return 0;
 }
 
@@ -122,7 +132,7 @@ float TSVGCustomText::GetDX(int Index) const
   if (Index < FDX->Count())
     return ListValue(*FDX, Index, true);
   if (TSVGCustomText *Parent = TextParent())
-    return Parent->GetDX(Index + int(Parent->FCurrentTextIndex));
+    return Parent->GetDX(Parent->IndexFromChild(Index));
   return 0;
 }
 
@@ -131,7 +141,7 @@ float TSVGCustomText::GetDY(int Index) const
   if (Index < FDY->Count())
     return ListValue(*FDY, Index, false);
   if (TSVGCustomText *Parent = TextParent())
-    return Parent->GetDY(Index + int(Parent->FCurrentTextIndex));
+    return Parent->GetDY(Parent->IndexFromChild(Index));
   return 0;
 }
 
@@ -139,7 +149,7 @@ float TSVGCustomText::GetRotate(int Index) const
 {
   if (FRotate.empty()) {
     if (TSVGCustomText *Parent = TextParent())
-      return Parent->GetRotate(Index + int(Parent->FCurrentTextIndex));
+      return Parent->GetRotate(Parent->IndexFromChild(Index));
     return 0;
   }
   return Index < int(FRotate.size()) ? FRotate[std::size_t(Index)] : FRotate.back();
@@ -150,7 +160,7 @@ bool TSVGCustomText::IsXSpecified(int Index) const
   if (Index < FX->Count())
     return true;
   if (TSVGCustomText *Parent = TextParent())
-    return Parent->IsXSpecified(Index + int(Parent->FCurrentTextIndex));
+    return Parent->IsXSpecified(Parent->IndexFromChild(Index));
   return false;
 }
 
@@ -159,7 +169,7 @@ bool TSVGCustomText::IsYSpecified(int Index) const
   if (Index < FY->Count())
     return true;
   if (TSVGCustomText *Parent = TextParent())
-    return Parent->IsYSpecified(Index + int(Parent->FCurrentTextIndex));
+    return Parent->IsYSpecified(Parent->IndexFromChild(Index));
   return false;
 }
 

@@ -219,6 +219,8 @@ protected:
   static TRectF TextLayoutRect(TSVGTextAlign Align, float Width, float Ascent, float Descent);
 
 private:
+  // Index of a child's character in this element's lists.
+  int IndexFromChild(int Index) const;
   float ListValue(const TSVGLengths &List, int Index, bool Width) const;
   void DrawFilledText(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect, TSVGTextChunks &Chunks,
                       bool MakeChunks);

@@ -121,6 +121,9 @@ TVXGPPath *TSVGCustomText::GetShape()
 bool TSVGCustomText::OutlineBounds(TRectF &Box) const
 {
   const TSVGCustomText &Root = RootText();
+  // The outlines are a cache of the text: making them does not change what the element is.
+  if (Root.FShapeCacheChanged && !Root.ElementState().Contains(esReading))
+    const_cast<TSVGCustomText &>(Root).GetShape();
   if (Root.FShapeCacheChanged)
     return false;
   bool Found = false;
