@@ -9,6 +9,8 @@
 
 #include <QImage>
 
+#include <algorithm>
+
 namespace vx {
 
 namespace {
@@ -177,6 +179,8 @@ void TSVGText::ConvertToPath(TVXGPCanvas &Canvas, const TMatrix &, TSVGTextChunk
   TSVGTextPaths OwnerPaths;
   // Decoration centre lines by declaring element; they live across chunks.
   TSVGTextPaths DecoPaths;
+  // A path cannot tell a line of one point from no line, so the lines begun are listed.
+  std::vector<const TVXGPPath *> DecoStarted;
   const bool Vertical = IsVertical();
   TPointF Pos = GetCurrentTextPosition();
   bool Capitalize = true;
@@ -216,8 +220,8 @@ void TSVGText::ConvertToPath(TVXGPCanvas &Canvas, const TMatrix &, TSVGTextChunk
       if (DecoPath) {
         const TPointF Point = Declarer->GetDecorationPoint(Vertical ? Subtract(Pos, B) : Pos);
         const bool Jump = Char.XSpecified || Char.YSpecified || (Vertical ? Char.DX != 0 : Char.DY != 0);
-        // A line of one point is still a line: the path's point count leaves out a lone move.
-        if (DecoPath->QPath().elementCount() == 0) {
+        if (std::find(DecoStarted.begin(), DecoStarted.end(), DecoPath) == DecoStarted.end()) {
+          DecoStarted.push_back(DecoPath);
           DecoPath->MoveTo(Point);
           DecoPath->LineTo(Point);
         } else if (Jump) {
