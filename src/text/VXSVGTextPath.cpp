@@ -424,7 +424,8 @@ void TSVGTextPath::DoSaveToXML(const IXMLNode &Node)
   TSVGCustomTextContentChild::DoSaveToXML(Node);
   if (!FReference.isEmpty())
     SaveAttrString(Node, QStringLiteral("xlink:href"), QLatin1Char('#') + FReference, false, true);
-  SaveAttrString(Node, QStringLiteral("startOffset"), FStartOffset->ToString(GetFormatStr(), 0, 1),
+  // A percentage is written as a share of 100, as every other length is, so that it reads back the same.
+  SaveAttrString(Node, QStringLiteral("startOffset"), FStartOffset->ToString(GetFormatStr(), 0, 100),
                  FStartOffset->Raw() == 0 && IsCompactXML(), true);
   SaveAttrString(Node, QStringLiteral("method"), SVGTextPathMethods[FMethod], false, true);
   SaveAttrString(Node, QStringLiteral("spacing"), SVGTextPathSpacings[FSpacing], false, true);

@@ -368,10 +368,11 @@ TEST_F(TextTest, RoundTripKeepsContentAndPositions)
 TEST_F(TextTest, TextPathSavedAfterDrawingWritesEveryPosition)
 {
   LoadText(QStringLiteral("<path id='p' d='M20 50 H190'/>"
-                          "<text><textPath id='tp' xlink:href='#p' method='stretch'>abc</textPath></text>"));
+                          "<text><textPath id='tp' xlink:href='#p' method='stretch' startOffset='25%'>abc</textPath></text>"));
   Render();
   const QString Text = Saved();
   EXPECT_TRUE(Text.contains(QStringLiteral("method=\"stretch\""))) << Text.toStdString();
+  EXPECT_TRUE(Text.contains(QStringLiteral("startOffset=\"25%\""))) << Text.toStdString();
   // Children of a text are written as spans: the placement survives as absolute positions.
   TSVGDocument Copy;
   Copy.LoadFromText(Text);
