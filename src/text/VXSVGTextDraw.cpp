@@ -95,6 +95,8 @@ void TSVGText::CreateTextShapes(TVXGPCanvas &Canvas, const TMatrix &Matrix)
 
 void TSVGCustomText::RebuildTextShapes(TVXGPCanvas &Canvas, const TMatrix &Matrix)
 {
+  // Layout sets fonts and pens on the canvas: they do not outlive it.
+  TVXGPCanvasStateGuard Guard(Canvas);
   RestartTextPosition();
   CreateTextShapes(Canvas, Matrix);
   const TRectF Bounds = GetShape()->GetBounds();
@@ -230,7 +232,8 @@ void TSVGText::ConvertToPath(TVXGPCanvas &Canvas, const TMatrix &, TSVGTextChunk
           DecoPath->LineTo(Point);
         }
       }
-      if (!Glyph.GetBounds().IsEmpty()) {
+      // A blank has no outline.
+      if (Glyph.Count() > 0) {
         TMatrix T = CreateTranslateVXMatrix(-B.X, -B.Y);
         T = VXMatrixMultiply(Owner.GetGlyphRotationMatrix(Ch, Char.Rotate, B), T);
         const TPointF Origin = IsUpright(Owner.GetGlyphOrientation(Ch)) ? Pos : Subtract(Pos, B);
@@ -319,7 +322,7 @@ bool TSVGCustomText::BeginDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const
 {
   // The outlines come first, so that the paint is laid out over their box.
   if (FShapeCacheChanged && !IsFillingText())
-    GetShape();
+    RootText().RebuildTextShapes(Canvas, VXIdentityMatrix);
   return TSVGGraphicElement::BeginDraw(Matrix, Canvas, Rect);
 }
 

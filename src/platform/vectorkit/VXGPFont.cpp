@@ -53,6 +53,18 @@ std::shared_ptr<const TVXGPFont::TFace> CachedFace(const QFont &Font)
 
 // --- font --------------------------------------------------------------------------------------
 
+const QPainterPath &TVXGPFont::TFace::GlyphOutline(quint32 Glyph) const
+{
+  // A face serves one thread; a font of very many glyphs starts its store afresh now and then.
+  constexpr qsizetype MaxOutlines = 8192;
+  auto It = FOutlines.constFind(Glyph);
+  if (It != FOutlines.constEnd())
+    return *It;
+  if (FOutlines.size() >= MaxOutlines)
+    FOutlines.clear();
+  return *FOutlines.insert(Glyph, Raw.pathForGlyph(Glyph));
+}
+
 TVXGPFont::TVXGPFont(TVXGPCanvas *Canvas)
   : FCanvas(Canvas), FBrush(std::make_unique<TVXGPBrush>(Canvas, bkSolid, 0xFF000000))
 {
@@ -260,7 +272,7 @@ QPainterPath TVXTextShaper::Outline(const QString &Text, const TPointF &Origin) 
   Design.setFillRule(Qt::WindingFill);
   double X = 0;
   for (qsizetype I = 0; I < G.size(); ++I) {
-    const QPainterPath Glyph = FFace.Raw.pathForGlyph(G[I]);
+    const QPainterPath &Glyph = FFace.GlyphOutline(G[I]);
     if (!Glyph.isEmpty())
       Design.addPath(Glyph.translated(X, 0));
     X += A[I].x();

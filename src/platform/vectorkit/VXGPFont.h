@@ -8,6 +8,7 @@
 #include "platform/vectorkit/VXGPPaint.h"
 
 #include <QFont>
+#include <QHash>
 #include <QPainterPath>
 #include <QRawFont>
 
@@ -76,6 +77,12 @@ public:
   {
     QRawFont Raw;
     int Ascent = 0, Descent = 0, EmHeight = 1, LineGap = 0;
+    // The outline of a glyph in font units. Loading an outline runs the font's hinting program,
+    // which costs far more than drawing it, so outlines are kept once loaded.
+    const QPainterPath &GlyphOutline(quint32 Glyph) const;
+
+  private:
+    mutable QHash<quint32, QPainterPath> FOutlines;
   };
   const TFace &Face() const;
 
