@@ -10,7 +10,9 @@
 
 #include <QBuffer>
 #include <memory>
+#include <utility>
 #include <QFile>
+#include <QFileInfo>
 #include <QLocale>
 
 
@@ -76,12 +78,28 @@ void TSVGDocument::LoadFromStream(QIODevice &Stream)
 {
   IXMLDocument Document = NewXMLDocument();
   Document.LoadFromStream(Stream);
-  LoadFromXML(Document);
+  // Known before the elements load, as images read their files then; a failed load keeps the old one.
+  const QString OldFileName = FFileName;
+  const auto *File = dynamic_cast<const QFileDevice *>(&Stream);
+  FFileName = File && !File->fileName().isEmpty() ? QFileInfo(File->fileName()).absoluteFilePath() : QString();
+  try {
+    LoadFromXML(Document);
+  } catch (...) {
+    FFileName = OldFileName;
+    throw;
+  }
 }
 
 void TSVGDocument::LoadFromText(const QString &Text)
 {
-  LoadFromXML(LoadXMLData(Text));
+  const IXMLDocument Document = LoadXMLData(Text);
+  const QString OldFileName = std::exchange(FFileName, QString());
+  try {
+    LoadFromXML(Document);
+  } catch (...) {
+    FFileName = OldFileName;
+    throw;
+  }
 }
 
 void TSVGDocument::LoadFromXML(const IXMLDocument &Document)

@@ -55,6 +55,11 @@ public:
   static bool IsValidSVG(QIODevice &Stream, bool Thorough);
   static bool IsValidSVG(bool Thorough, const QString &Text);
 
+  // The file of the last load from a file, absolute; empty after a load from other streams or
+  // text. Images resolve relative references against its folder.
+  const QString &FileName() const { return FFileName; }
+  void SetFileName(const QString &Value) { FFileName = Value; }
+
   // --- saving ---
   // A LineLength above 32 wraps long lines (path data) at that length.
   void SaveToFile(const QString &FileName, int LineLength = 0);
@@ -168,6 +173,7 @@ private:
   QString FFormatStr = QStringLiteral("0.###");
   std::vector<TSVGElement *> FGradients, FMarkers, FPatterns;
   bool FAllItemsModified = true;
+  QString FFileName;
 };
 
 } // namespace vx

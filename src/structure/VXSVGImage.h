@@ -1,0 +1,76 @@
+#pragma once
+// The "image" element: one bitmap, loaded from a data URI, from a bitmap file, or rendered from an
+// SVG file, drawn into the element's rectangle by its preserveAspectRatio. The bitmap is the only
+// cache; it is filled when the reference is set or read and is not tied to any drawing. Nothing
+// that goes wrong while loading escapes: a missing or broken picture leaves no bitmap (or what the
+// bitmap already held) and the element draws nothing.
+//
+// Relative file names are looked up in the folder of the owner document's file first, then in the
+// working folder. An SVG file is loaded into a private document and rendered at its view box size;
+// a picture that would repeat itself inside itself, directly or through other files, is skipped
+// where the repetition is first met (that image draws nothing), and nesting deeper than
+// MaxImageNesting is cut off the same way.
+#include "tree/VXSVGCustomViewBox.h"
+
+#include <memory>
+
+namespace vx {
+
+class TVXGPBitmap;
+
+class TSVGImage : public TSVGCustomViewBox
+{
+  VX_SVG_ELEMENT_CLASS(TSVGImage)
+
+public:
+  // No real picture nests SVG images this deep; deeper ones are skipped like a self-inclusion.
+  static constexpr int MaxImageNesting = 16;
+
+  explicit TSVGImage(TSVGDocument *Owner);
+  ~TSVGImage() override;
+
+  TSVGElementType SVGType() const override { return etImage; }
+  TSVGElementTypes ChildSVGTypes() const override { return SVGDescriptiveElements; }
+
+  // The text of xlink:href: a data URI or a file name.
+  const QString &Reference() const { return FReference; }
+  // Stores the reference and loads the picture it names.
+  void SetReference(const QString &Value);
+  // The loaded picture; nil when there is none.
+  TVXGPBitmap *Bitmap() const { return FBitmap.get(); }
+  // Loads the picture that the reference names; called by reading and by SetReference.
+  virtual void LoadImage();
+  // The rectangle within Rect in which the bitmap is drawn. Only one side of Rect changes, by the
+  // larger of the bitmap's two side ratios, and the result is placed by the align; saNone stretches.
+  TRectF Align(const TRectF &Rect) const;
+
+  // The frame of a graphic element: the picture maps into the element's own rectangle, so no view
+  // box mapping and no overflow clipping of the viewport apply.
+  void Draw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect) override;
+  using TSVGCustomViewBox::Draw;
+
+  void AssignProperties(const TSVGElement *Source) override;
+  void Clear() override;
+
+protected:
+  void DoLoadFromXML(const IXMLNode &Node) override;
+  // The view box when one was given, else the aspect ratio; the rectangle; the reference as read.
+  void DoSaveToXML(const IXMLNode &Node) override;
+  // Draws the bitmap, aligned in the element's rectangle and clipped to it, at the fill opacity
+  // times the absolute opacity. False when there is no bitmap or the rectangle has no area.
+  bool DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect) override;
+
+private:
+  // The file a relative or "file:" reference names, or empty when no such file exists.
+  QString ResolveFileName() const;
+  void LoadDataURI();
+  void LoadFile(const QString &FileName);
+  // Renders an SVG document (a file, or the bytes of a data URI) into the bitmap at its view box size.
+  void LoadSVG(const QString &FileName, const QByteArray &Data);
+  TVXGPBitmap &EnsureBitmap();
+
+  QString FReference;
+  std::unique_ptr<TVXGPBitmap> FBitmap;
+};
+
+} // namespace vx
