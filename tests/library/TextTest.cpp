@@ -206,6 +206,19 @@ TEST_F(TextTest, RotateTurnsSingleGlyphs)
   EXPECT_GT(Turned.Width(), Turned.Height());
 }
 
+TEST_F(TextTest, VerticalTextAdvancesDownwards)
+{
+  LoadText(QStringLiteral("<text id='side' x='100' y='20' writing-mode='tb'>mmmm</text>"
+                          "<text id='upright' x='50' y='20' writing-mode='tb' glyph-orientation-vertical='0'>mmmm</text>"
+                          "<text id='row' x='10' y='190'>mmmm</text>"));
+  const TRectF Side = Ink("side"), Upright = Ink("upright"), Row = Ink("row");
+  EXPECT_GT(Side.Height(), Side.Width());
+  // Western glyphs lie on their side and advance by their width; upright ones by their height.
+  EXPECT_NEAR(Side.Height(), Row.Width(), 1.0);
+  EXPECT_GT(Upright.Height(), Upright.Width());
+  EXPECT_LT(Upright.Width(), Row.Width() / 3);
+}
+
 TEST_F(TextTest, DecorationRunsUnderTheWholeLine)
 {
   LoadText(QStringLiteral("<text id='t' x='10' y='50' text-decoration='underline'>ab <tspan>cd</tspan></text>"
