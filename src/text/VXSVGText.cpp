@@ -109,40 +109,42 @@ float TSVGCustomText::ListValue(const TSVGLengths &List, int Index, bool Width) 
   return Result;
 }
 
+float TSVGCustomText::ListLookup(const TSVGLengths &List, TValueLookup ParentLookup, int Index, bool Width) const
+{
+  if (Index < List.Count())
+    return ListValue(List, Index, Width);
+  if (TSVGCustomText *Parent = TextParent())
+    return (Parent->*ParentLookup)(Parent->IndexFromChild(Index));
+  return 0;
+}
+
+bool TSVGCustomText::ListReaches(const TSVGLengths &List, TFlagLookup ParentLookup, int Index) const
+{
+  if (Index < List.Count())
+    return true;
+  if (TSVGCustomText *Parent = TextParent())
+    return (Parent->*ParentLookup)(Parent->IndexFromChild(Index));
+  return false;
+}
+
 float TSVGCustomText::GetX(int Index) const
 {
-  if (Index < FX->Count())
-    return ListValue(*FX, Index, true);
-  if (TSVGCustomText *Parent = TextParent())
-    return Parent->GetX(Parent->IndexFromChild(Index));
-  return 0;
+  return ListLookup(*FX, static_cast<TValueLookup>(&TSVGCustomText::GetX), Index, true);
 }
 
 float TSVGCustomText::GetY(int Index) const
 {
-  if (Index < FY->Count())
-    return ListValue(*FY, Index, false);
-  if (TSVGCustomText *Parent = TextParent())
-    return Parent->GetY(Parent->IndexFromChild(Index));
-  return 0;
+  return ListLookup(*FY, static_cast<TValueLookup>(&TSVGCustomText::GetY), Index, false);
 }
 
 float TSVGCustomText::GetDX(int Index) const
 {
-  if (Index < FDX->Count())
-    return ListValue(*FDX, Index, true);
-  if (TSVGCustomText *Parent = TextParent())
-    return Parent->GetDX(Parent->IndexFromChild(Index));
-  return 0;
+  return ListLookup(*FDX, &TSVGCustomText::GetDX, Index, true);
 }
 
 float TSVGCustomText::GetDY(int Index) const
 {
-  if (Index < FDY->Count())
-    return ListValue(*FDY, Index, false);
-  if (TSVGCustomText *Parent = TextParent())
-    return Parent->GetDY(Parent->IndexFromChild(Index));
-  return 0;
+  return ListLookup(*FDY, &TSVGCustomText::GetDY, Index, false);
 }
 
 float TSVGCustomText::GetRotate(int Index) const
@@ -157,20 +159,12 @@ float TSVGCustomText::GetRotate(int Index) const
 
 bool TSVGCustomText::IsXSpecified(int Index) const
 {
-  if (Index < FX->Count())
-    return true;
-  if (TSVGCustomText *Parent = TextParent())
-    return Parent->IsXSpecified(Parent->IndexFromChild(Index));
-  return false;
+  return ListReaches(*FX, &TSVGCustomText::IsXSpecified, Index);
 }
 
 bool TSVGCustomText::IsYSpecified(int Index) const
 {
-  if (Index < FY->Count())
-    return true;
-  if (TSVGCustomText *Parent = TextParent())
-    return Parent->IsYSpecified(Parent->IndexFromChild(Index));
-  return false;
+  return ListReaches(*FY, &TSVGCustomText::IsYSpecified, Index);
 }
 
 bool TSVGCustomText::IsCharClipped(int) const

@@ -219,9 +219,15 @@ protected:
   static TRectF TextLayoutRect(TSVGTextAlign Align, float Width, float Ascent, float Descent);
 
 private:
+  using TValueLookup = float (TSVGCustomText::*)(int) const;
+  using TFlagLookup = bool (TSVGCustomText::*)(int) const;
+
   // Index of a child's character in this element's lists.
   int IndexFromChild(int Index) const;
   float ListValue(const TSVGLengths &List, int Index, bool Width) const;
+  // Item Index of List, or past its end the parent's answer at its running index, or 0.
+  float ListLookup(const TSVGLengths &List, TValueLookup ParentLookup, int Index, bool Width) const;
+  bool ListReaches(const TSVGLengths &List, TFlagLookup ParentLookup, int Index) const;
   void DrawFilledText(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect, TSVGTextChunks &Chunks,
                       bool MakeChunks);
   void DrawTextAllAtOnce(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect, TSVGTextChunks &Chunks);
