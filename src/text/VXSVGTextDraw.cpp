@@ -35,6 +35,17 @@ TPointF Subtract(const TPointF &A, const TPointF &B)
   return {A.X - B.X, A.Y - B.Y};
 }
 
+// Adds the figures of From to To and empties From; long texts make large paths, so an empty To
+// takes them over without a copy.
+void MovePath(TVXGPPath &From, TVXGPPath &To)
+{
+  if (To.Count() == 0)
+    std::swap(From.QPath(), To.QPath());
+  else
+    To.Append(From, false);
+  From.Clear();
+}
+
 bool IsUpright(TSVGGlyphOrientationHorizontal Orientation)
 {
   return Orientation != oh90Deg && Orientation != oh270Deg;
@@ -252,8 +263,7 @@ void TSVGText::ConvertToPath(TVXGPCanvas &Canvas, const TMatrix &, TSVGTextChunk
       if (EndsRun(Chunk, J)) {
         if (DecoPath)
           DecoPath->LineTo(Declarer->GetDecorationPoint(Pos));
-        PathOf(OwnerPaths, &Owner, Canvas).Append(*Run, false);
-        Run->Clear();
+        MovePath(*Run, PathOf(OwnerPaths, &Owner, Canvas));
         // The end of a run advances the text position like a blank.
         SetCurrentTextPosition(Owner.NextCharPosition(
           GetCurrentTextPosition(), Owner.GetGlyphSpacing(QLatin1Char(' '), Canvas, Working), QLatin1Char(' ')));
@@ -277,7 +287,7 @@ void TSVGText::ConvertToPath(TVXGPCanvas &Canvas, const TMatrix &, TSVGTextChunk
     AlignText(Canvas, OwnerPaths, Offset);
     for (auto &[Key, Path] : OwnerPaths)
       if (Path->Count() > 0)
-        Key->GetShape()->Append(*Path, false);
+        MovePath(*Path, *Key->GetShape());
     OwnerPaths.clear();
   }
 }
