@@ -37,19 +37,7 @@ int TSVGClipPath::ReadChild(const IXMLNode &Node)
   const TSVGElementType Type = GetSVGElementType(Node.LocalName());
   if (Type < etUse || Type > etText)
     return TSVGGraphicElement::ReadChild(Node);
-  const TSVGElementClass *Class = SVGClasses()[Type];
-  // A kind this build does not read (text, until it exists) adds nothing.
-  if (!Class)
-    return -1;
-  TSVGElement *Child = Class->Create(GetOwner());
-  try {
-    return FItems.Add(Child);
-  } catch (...) {
-    // A refused child is handed back detached; nobody else holds it.
-    if (FItems.IndexOf(Child) < 0)
-      delete Child;
-    throw;
-  }
+  return AddChildOfType(Type, GetOwner());
 }
 
 } // namespace vx

@@ -444,24 +444,6 @@ void TSVGCustomText::AssignProperties(const TSVGElement *Source)
 
 // --- XML ---------------------------------------------------------------------------------------
 
-int TSVGCustomText::AddRegisteredChild(TSVGElementType Type)
-{
-  const TSVGElementClass *Class = SVGClasses()[Type];
-  return Class ? AddNewChild(Class->Create(GetOwner())) : -1;
-}
-
-int TSVGCustomText::AddNewChild(TSVGElement *Child)
-{
-  try {
-    return FItems.Add(Child);
-  } catch (...) {
-    // A refused child is handed back detached; nobody else holds it.
-    if (FItems.IndexOf(Child) < 0)
-      delete Child;
-    throw;
-  }
-}
-
 void TSVGCustomText::DoLoadFromXML(const IXMLNode &Node)
 {
   TSVGGraphicElement::DoLoadFromXML(Node);
@@ -478,12 +460,12 @@ void TSVGCustomText::DoLoadFromXML(const IXMLNode &Node)
 int TSVGCustomText::ReadChild(const IXMLNode &Node)
 {
   if (GetSVGElementType(Node.LocalName()) == etTSpan)
-    return AddRegisteredChild(etTSpan);
+    return AddChildOfType(etTSpan, GetOwner());
   if (!IsCharacterData(Node))
     return TSVGGraphicElement::ReadChild(Node);
   if (!FText.isEmpty())
     // Text after a child element: a span of its own keeps it in its place.
-    return AddNewChild(new TSVGTextSpan(GetOwner()));
+    return AddChildOfType(etTSpan, GetOwner());
   FText = CleanText(Node.Text());
   return -1;
 }
@@ -528,7 +510,7 @@ int TSVGText::ReadChild(const IXMLNode &Node)
 {
   const TSVGElementType Type = GetSVGElementType(Node.LocalName());
   if (Type == etTSpan || Type == etTextPath || Type == etTRef)
-    return AddRegisteredChild(Type);
+    return AddChildOfType(Type, GetOwner());
   return TSVGCustomText::ReadChild(Node);
 }
 

@@ -195,9 +195,6 @@ protected:
 
   void DoLoadFromXML(const IXMLNode &Node) override;
   int ReadChild(const IXMLNode &Node) override;
-  // Adds a new element of the class registered for Type; -1 when there is none.
-  int AddRegisteredChild(TSVGElementType Type);
-  int AddNewChild(TSVGElement *Child);
   void DoOnParsedNode(TSVGElement *Element) override;
   void DoSaveToXML(const IXMLNode &Node) override;
 

@@ -55,22 +55,6 @@ void TSVGCustomGroup::Reset()
   TSVGGraphicElement::Reset();
 }
 
-int TSVGCustomGroup::AddChildOfType(TSVGElementType Type, TSVGDocument *Owner)
-{
-  const TSVGElementClass *Class = SVGClasses()[Type];
-  if (!Class)
-    return -1;
-  TSVGElement *Child = Class->Create(Owner);
-  try {
-    return FItems.Add(Child);
-  } catch (...) {
-    // A refused child is handed back detached; nobody else holds it.
-    if (FItems.IndexOf(Child) < 0)
-      delete Child;
-    throw;
-  }
-}
-
 int TSVGCustomGroup::ReadChild(const IXMLNode &Node)
 {
   const TSVGElementType Type = GetSVGElementType(Node.LocalName());

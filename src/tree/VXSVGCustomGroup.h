@@ -28,8 +28,6 @@ protected:
   // an entity reference becomes a group that reads the entity's content; style elements feed the
   // owner's rule table.
   int ReadChild(const IXMLNode &Node) override;
-  // Adds a new element of the class registered for Type, owned by Owner; -1 when none is.
-  int AddChildOfType(TSVGElementType Type, TSVGDocument *Owner);
   // A group has no geometry of its own and is never hit by itself; with foFindGroups it stands for
   // the descendant that was hit (in nested groups the outermost answers). Both in
   // graphics/VXSVGHitTesting.cpp.

@@ -499,4 +499,20 @@ void TSVGElement::DoOnParsedNode(TSVGElement *Element)
   ExcludeState(esReading);
 }
 
+int TSVGElement::AddChildOfType(TSVGElementType Type, TSVGDocument *Owner)
+{
+  const TSVGElementClass *Class = SVGClasses()[Type];
+  if (!Class)
+    return -1;
+  TSVGElement *Child = Class->Create(Owner);
+  try {
+    return FItems.Add(Child);
+  } catch (...) {
+    // A refused child is handed back detached; nobody else holds it.
+    if (FItems.IndexOf(Child) < 0)
+      delete Child;
+    throw;
+  }
+}
+
 } // namespace vx

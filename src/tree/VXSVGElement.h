@@ -169,6 +169,9 @@ protected:
   // Marks the element as going away, so that nothing it triggers is reported to the user.
   void BeforeDestruction() { FElementState.Include(esDestroying); }
   void ClearChildren() { FItems.Clear(); }
+  // Adds a new element of the class registered for Type, owned by Owner, and answers its index;
+  // -1 when no class reads Type. A child the list refuses is freed.
+  int AddChildOfType(TSVGElementType Type, TSVGDocument *Owner);
   // The owner given to copies of children made by Assign and Clone: the owner document, or the
   // document itself when this element is one.
   virtual TSVGDocument *OwnerOfCopies();
