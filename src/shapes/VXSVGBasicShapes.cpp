@@ -356,6 +356,7 @@ bool TSVGLine::DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const 
     const TVXVector P2 = VXMatrixTransform(VXVector(X2, Y2, 1.0f), Matrix);
     Canvas.DrawLine(TPointF{P1.X, P1.Y}, TPointF{P2.X, P2.Y}, GetPen().GetOpacity() * GetAbsoluteOpacity());
   }
+  DrawMarkers(TVXPoints{{X1, Y1}, {X2, Y2}}, Matrix, Canvas, Rect);
   return Result;
 }
 
@@ -466,6 +467,7 @@ bool TSVGPolyline::DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, co
   const bool Result = TSVGGraphicElement::DoInternalDraw(Matrix, Canvas, Rect);
   if (!Result)
     DrawPoints(Matrix, Canvas, Rect, IsClosed());
+  DrawMarkers(FPoints, Matrix, Canvas, Rect);
   return Result;
 }
 
@@ -554,6 +556,22 @@ TSVGGraphicElement *TSVGLine::DoInternalElementAtPos(const TMatrix &Matrix, TVXG
   if (!Shape || Shape->Count() == 0)
     return nullptr;
   return PathAtPos(Matrix, Canvas, Point, Rect, *Shape, Options);
+}
+
+} // namespace vx
+
+namespace vx {
+
+TSVGGraphicElement *TSVGPolyline::DoInternalElementAtPos(const TMatrix &Matrix, TVXGPCanvas &Canvas,
+                                                         const TPointF &Point, const TRectF &Rect,
+                                                         TSVGFindOptions Options)
+{
+  if (TSVGGraphicElement *Found = TSVGGraphicElement::DoInternalElementAtPos(Matrix, Canvas, Point, Rect, Options))
+    return Found;
+  const TVXGPPath *Shape = GetShape();
+  if (!Shape || Shape->Count() == 0 || !MarkersAtPos(FPoints, Matrix, Canvas, Point, Rect, Options))
+    return nullptr;
+  return DoOnElementFound(this);
 }
 
 } // namespace vx

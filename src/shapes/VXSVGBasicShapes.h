@@ -120,7 +120,8 @@ protected:
   // A line is hit on its stroke alone: its box is flat when it is horizontal or vertical.
   TSVGGraphicElement *DoInternalElementAtPos(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TPointF &Point,
                                              const TRectF &Rect, TSVGFindOptions Options) override;
-  // A line of no length draws nothing; otherwise the cached path, or a plain canvas line.
+  // A line of no length draws nothing, markers neither; otherwise the cached path, or a plain
+  // canvas line, and the markers at its ends.
   bool DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect) override;
 };
 
@@ -157,6 +158,9 @@ protected:
   void DoLoadFromXML(const IXMLNode &Node) override;
   void DoSaveToXML(const IXMLNode &Node) override;
   bool DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect) override;
+  // The shape first; then its markers, and a hit on one reports this element.
+  TSVGGraphicElement *DoInternalElementAtPos(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TPointF &Point,
+                                             const TRectF &Rect, TSVGFindOptions Options) override;
   // Only the polyline class itself is open; polygons and any further subclass are closed.
   bool IsClosed() const;
 

@@ -82,6 +82,7 @@ bool TSVGPath::DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const 
     return false;
   if (!TSVGGraphicElement::DoInternalDraw(Matrix, Canvas, Rect))
     DrawPath(FData, Matrix, Canvas, Rect);
+  DrawMarkers(FData, Matrix, Canvas, Rect);
   return true;
 }
 
@@ -99,6 +100,21 @@ void TSVGPath::DoSaveToXML(const IXMLNode &Node)
   }
   if (FPathLength != -1.0)
     SaveAttrString(Node, QStringLiteral("pathLength"), FormatFloat(FData.GetFormatStr(), FPathLength), false, true);
+}
+
+} // namespace vx
+
+namespace vx {
+
+TSVGGraphicElement *TSVGPath::DoInternalElementAtPos(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TPointF &Point,
+                                                     const TRectF &Rect, TSVGFindOptions Options)
+{
+  if (TSVGGraphicElement *Found = TSVGGraphicElement::DoInternalElementAtPos(Matrix, Canvas, Point, Rect, Options))
+    return Found;
+  const TVXGPPath *Shape = GetShape();
+  if (!Shape || Shape->Count() == 0 || !MarkersAtPos(FData, Matrix, Canvas, Point, Rect, Options))
+    return nullptr;
+  return DoOnElementFound(this);
 }
 
 } // namespace vx

@@ -37,8 +37,12 @@ protected:
   void DoLoadFromXML(const IXMLNode &Node) override;
   // Writes "d" (when there are points) and a measured or given "pathLength".
   void DoSaveToXML(const IXMLNode &Node) override;
-  // Nothing without points; otherwise the cached path, or the data itself when that is empty.
+  // Nothing without points; otherwise the cached path, or the data itself when that is empty, and
+  // then the markers.
   bool DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect) override;
+  // The shape first; then its markers, and a hit on one reports this element.
+  TSVGGraphicElement *DoInternalElementAtPos(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TPointF &Point,
+                                             const TRectF &Rect, TSVGFindOptions Options) override;
 
   TVXPathData FData;
   // -1 while no length was given or measured.

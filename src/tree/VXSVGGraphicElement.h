@@ -190,6 +190,19 @@ public:
   // Element was hit: the owner document's OnElementFound may answer another element, or nil.
   virtual TSVGGraphicElement *DoOnElementFound(TSVGGraphicElement *Element);
 
+  // --- markers (structure/VXSVGMarkerPlacement.cpp) ---
+  // Draws the markers that marker-start, marker-mid and marker-end name at the vertices of Path
+  // (Bezier control points stepped over) or of Points. Leaves the canvas pen as thick as the
+  // element's stroke, which markers in strokeWidth units scale by.
+  void DrawMarkers(const TVXPathData &Path, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
+  void DrawMarkers(const TVXPoints &Points, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
+  // The element of marker contents under Point, asking the start, the mid and the end markers in
+  // that order; nil when none is hit. The canvas is left as it was.
+  virtual TSVGGraphicElement *MarkersAtPos(const TVXPathData &Path, const TMatrix &Matrix, TVXGPCanvas &Canvas,
+                                           const TPointF &Point, const TRectF &Rect, TSVGFindOptions Options);
+  virtual TSVGGraphicElement *MarkersAtPos(const TVXPoints &Points, const TMatrix &Matrix, TVXGPCanvas &Canvas,
+                                           const TPointF &Point, const TRectF &Rect, TSVGFindOptions Options);
+
   // --- changes ---
   void Change(TSVGElement *Element) override;
   void EnableChange() override;

@@ -1,0 +1,354 @@
+#include "structure/VXSVGMarker.h"
+
+#include "platform/vectorkit/VXGPCanvas.h"
+#include "values/VXSVGAttributes.h"
+#include "values/VXSVGNumbers.h"
+#include "values/VXSVGPropertyParsers.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+#include <vector>
+
+namespace vx {
+
+VX_SVG_ELEMENT_CLASS_INFO(TSVGMarker)
+
+namespace {
+
+const TSVGClassRegistration MarkerRegistration(etMarker, TSVGMarker::ClassInfo());
+
+// No real picture nests markers this deep (a marker on a shape inside a marker ...); deeper ones are
+// skipped like a marker that comes back to itself.
+constexpr std::size_t MaxMarkerNesting = 64;
+
+// The markers being drawn or hit-tested on this thread, innermost last.
+thread_local std::vector<const TSVGMarker *> ActiveMarkers;
+
+// Marks a marker as active for a scope, also on the way out by an exception. Entered is false when
+// the marker is already active (or the nesting is too deep): the caller then does nothing.
+class TMarkerScope
+{
+public:
+  explicit TMarkerScope(const TSVGMarker &Marker)
+    : FEntered(ActiveMarkers.size() < MaxMarkerNesting &&
+               std::find(ActiveMarkers.begin(), ActiveMarkers.end(), &Marker) == ActiveMarkers.end())
+  {
+    if (FEntered)
+      ActiveMarkers.push_back(&Marker);
+  }
+  ~TMarkerScope()
+  {
+    if (FEntered)
+      ActiveMarkers.pop_back();
+  }
+  TMarkerScope(const TMarkerScope &) = delete;
+  TMarkerScope &operator=(const TMarkerScope &) = delete;
+  bool Entered() const { return FEntered; }
+
+private:
+  bool FEntered;
+};
+
+// Sets Element's enabled state to Value for a scope and puts the old one back.
+class TEnabledScope
+{
+public:
+  TEnabledScope(TSVGElement &Element, bool Value) : FElement(Element), FSaved(Element.Enabled())
+  {
+    Element.SetEnabled(Value);
+  }
+  ~TEnabledScope() { FElement.SetEnabled(FSaved); }
+  TEnabledScope(const TEnabledScope &) = delete;
+  TEnabledScope &operator=(const TEnabledScope &) = delete;
+
+private:
+  TSVGElement &FElement;
+  bool FSaved;
+};
+
+// Initializes a length while its change event is set aside: defaults are no change.
+void QuietInitialize(TSVGLength &Length, float Value)
+{
+  TNotifyEvent Saved = std::move(Length.OnChange);
+  Length.OnChange = nullptr;
+  Length.Initialize(Value, false, suNone);
+  Length.OnChange = std::move(Saved);
+}
+
+constexpr float DefaultMarkerSize = 3.0f;
+
+} // namespace
+
+TSVGMarker::TSVGMarker(TSVGDocument *Owner)
+  : TSVGCustomViewBox(Owner, saNone), FRefX(CreateLength(true)), FRefY(CreateLength(false)),
+    FMarkerHeight(CreateLength(false)), FMarkerWidth(CreateLength(true))
+{
+  QuietInitialize(*FMarkerHeight, DefaultMarkerSize);
+  QuietInitialize(*FMarkerWidth, DefaultMarkerSize);
+}
+
+TSVGMarker::~TSVGMarker() = default;
+
+void TSVGMarker::SetUnits(TSVGMarkerUnit Value)
+{
+  if (Value == FUnits)
+    return;
+  FUnits = Value;
+  Change(this);
+}
+
+void TSVGMarker::SetOrientation(float Value)
+{
+  if (Value == FOrientation)
+    return;
+  FOrientation = Value;
+  Change(this);
+}
+
+void TSVGMarker::SetAutomaticOrientation(bool Value)
+{
+  if (Value == FAutomaticOrientation)
+    return;
+  FAutomaticOrientation = Value;
+  Change(this);
+}
+
+// --- placing ---------------------------------------------------------------------------------------
+
+TMatrix TSVGMarker::CreateAngleTransformation(const TPointF &Point, float Angle)
+{
+  TMatrix Result = CreateTranslateVXMatrix(-Point.X, -Point.Y);
+  Result = VXMatrixMultiply(CreateRotationVXMatrix(Angle), Result);
+  return VXMatrixMultiply(CreateTranslateVXMatrix(Point.X, Point.Y), Result);
+}
+
+void TSVGMarker::ConvertToMarkerCoords(const TPointF &Point, float Angle, TMatrix &Matrix, TVXGPCanvas &Canvas,
+                                       TRectF &)
+{
+  const double Stroke = FUnits == muStrokeWidth ? Canvas.Pen().GetThickness() : 1.0;
+  const double Width = FMarkerWidth->GetValue() * Stroke;
+  const double Height = FMarkerHeight->GetValue() * Stroke;
+  // Without a view box a unit of the contents is a marker unit. Only the scale of a view matrix is
+  // taken: the reference point, not the view box's corner or its alignment, is what lands on the
+  // vertex, and the turn comes after the scale, so that a stretched marker turns as a whole.
+  float ScaleX = float(Stroke);
+  float ScaleY = float(Stroke);
+  if (IsViewBoxSpecified()) {
+    const TMatrix View = GetViewMatrix(VXRect(Point.X, Point.Y, float(Point.X + Width), float(Point.Y + Height)));
+    ScaleX = View.m11;
+    ScaleY = View.m22;
+  }
+  const float RefX = FRefX->GetValue();
+  const float RefY = FRefY->GetValue();
+  TMatrix Placement = CreateTranslateVXMatrix(-RefX, -RefY);
+  Placement = VXMatrixMultiply(Placement, CreateScaleVXMatrix(ScaleX, ScaleY));
+  Placement = VXMatrixMultiply(Placement, CreateRotationVXMatrix(Angle));
+  Placement = VXMatrixMultiply(Placement, CreateTranslateVXMatrix(Point.X, Point.Y));
+  Matrix = VXMatrixMultiply(Placement, Matrix);
+}
+
+void TSVGMarker::OverflowClipping(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &)
+{
+  if (IsOverflow() || !GetOptions().Contains(soApplyClipping))
+    return;
+  const TRectF Clip = IsViewBoxSpecified() ? FViewBox.GetRect()
+                                           : TRectF{0, 0, FMarkerWidth->GetValue(), FMarkerHeight->GetValue()};
+  if (Clip.IsEmpty())
+    return;
+  const TMatrix Saved = Canvas.GetMatrix();
+  try {
+    Canvas.SetMatrix(VXMatrixMultiply(Matrix, Saved));
+    Canvas.IntersectClip(Clip);
+  } catch (...) {
+    Canvas.SetMatrix(Saved);
+    throw;
+  }
+  Canvas.SetMatrix(Saved);
+}
+
+namespace {
+
+// The direction of P1 -> P2 in radians, or false when it has none.
+bool SegmentAngle(const TPointF &P1, const TPointF &P2, float &Angle)
+{
+  const float DX = P2.X - P1.X;
+  const float DY = P2.Y - P1.Y;
+  if (DX == 0 && DY == 0)
+    return false;
+  Angle = float(std::atan2(double(DY), double(DX)));
+  return true;
+}
+
+// The bisector of the directions into and out of P2, or false when a neighbour equals P2.
+bool VertexAngle(const TPointF &P1, const TPointF &P2, const TPointF &P3, float &Angle)
+{
+  const double UX = double(P2.X) - P1.X, UY = double(P2.Y) - P1.Y;
+  const double VX = double(P3.X) - P2.X, VY = double(P3.Y) - P2.Y;
+  const double U = UX * UX + UY * UY;
+  const double V = VX * VX + VY * VY;
+  if (!(U > 0) || !(V > 0))
+    return false;
+  const double SU = std::sqrt(U), SV = std::sqrt(V);
+  Angle = float(std::atan2(UY / SU + VY / SV, UX / SU + VX / SV));
+  return true;
+}
+
+} // namespace
+
+void TSVGMarker::DrawStartMarker(TSVGGraphicElement &Element, const TPointF &P1, const TPointF &P2,
+                                 const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)
+{
+  float Angle = 0;
+  if (!FAutomaticOrientation || SegmentAngle(P1, P2, Angle))
+    Draw(Element, P1, Angle, Matrix, Canvas, Rect);
+}
+
+void TSVGMarker::DrawMidMarker(TSVGGraphicElement &Element, const TPointF &P1, const TPointF &P2, const TPointF &P3,
+                               const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)
+{
+  float Angle = 0;
+  if (!FAutomaticOrientation || VertexAngle(P1, P2, P3, Angle))
+    Draw(Element, P2, Angle, Matrix, Canvas, Rect);
+}
+
+void TSVGMarker::DrawEndMarker(TSVGGraphicElement &Element, const TPointF &P1, const TPointF &P2,
+                               const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)
+{
+  float Angle = 0;
+  if (!FAutomaticOrientation || SegmentAngle(P1, P2, Angle))
+    Draw(Element, P2, Angle, Matrix, Canvas, Rect);
+}
+
+void TSVGMarker::Draw(TSVGGraphicElement &Element, const TPointF &Point, float Angle, const TMatrix &Matrix,
+                      TVXGPCanvas &Canvas, const TRectF &Rect)
+{
+  TMarkerScope Scope(*this);
+  if (!Scope.Entered() || IsCollapsed())
+    return;
+  TMatrix M = Matrix;
+  TRectF R = Rect;
+  ConvertToMarkerCoords(Point, Angle, M, Canvas, R);
+  TEnabledScope Enabled(*this, Element.IsEnabled());
+  TVXGPCanvasStateGuard Guard(Canvas);
+  OverflowClipping(M, Canvas, R);
+  InternalDraw(M, Canvas, R);
+}
+
+bool TSVGMarker::IsCollapsed() const
+{
+  return !(FMarkerWidth->GetValue() > 0) || !(FMarkerHeight->GetValue() > 0);
+}
+
+// --- hit testing -----------------------------------------------------------------------------------
+
+TSVGGraphicElement *TSVGMarker::MarkerAtPos(const TPointF &Point, float Angle, const TMatrix &Matrix,
+                                            TVXGPCanvas &Canvas, const TPointF &TestPoint, const TRectF &Rect,
+                                            TSVGFindOptions Options)
+{
+  TMarkerScope Scope(*this);
+  if (!Scope.Entered() || IsCollapsed())
+    return nullptr;
+  TMatrix M = Matrix;
+  TRectF R = Rect;
+  ConvertToMarkerCoords(Point, Angle, M, Canvas, R);
+  return InternalElementAtPos(M, Canvas, TestPoint, R, Options);
+}
+
+TSVGGraphicElement *TSVGMarker::StartMarkerAtPos(const TPointF &P1, const TPointF &P2, const TMatrix &Matrix,
+                                                 TVXGPCanvas &Canvas, const TPointF &TestPoint, const TRectF &Rect,
+                                                 TSVGFindOptions Options)
+{
+  float Angle = 0;
+  if (FAutomaticOrientation && !SegmentAngle(P1, P2, Angle))
+    return nullptr;
+  return MarkerAtPos(P1, Angle, Matrix, Canvas, TestPoint, Rect, Options);
+}
+
+TSVGGraphicElement *TSVGMarker::MidMarkerAtPos(const TPointF &P1, const TPointF &P2, const TPointF &P3,
+                                               const TMatrix &Matrix, TVXGPCanvas &Canvas, const TPointF &TestPoint,
+                                               const TRectF &Rect, TSVGFindOptions Options)
+{
+  float Angle = 0;
+  if (FAutomaticOrientation && !VertexAngle(P1, P2, P3, Angle))
+    return nullptr;
+  return MarkerAtPos(P2, Angle, Matrix, Canvas, TestPoint, Rect, Options);
+}
+
+TSVGGraphicElement *TSVGMarker::EndMarkerAtPos(const TPointF &P1, const TPointF &P2, const TMatrix &Matrix,
+                                               TVXGPCanvas &Canvas, const TPointF &TestPoint, const TRectF &Rect,
+                                               TSVGFindOptions Options)
+{
+  float Angle = 0;
+  if (FAutomaticOrientation && !SegmentAngle(P1, P2, Angle))
+    return nullptr;
+  return MarkerAtPos(P2, Angle, Matrix, Canvas, TestPoint, Rect, Options);
+}
+
+// --- copying and XML -------------------------------------------------------------------------------
+
+void TSVGMarker::AssignProperties(const TSVGElement *Source)
+{
+  if (const auto *Marker = dynamic_cast<const TSVGMarker *>(Source)) {
+    FRefX->Assign(Marker->FRefX.get());
+    FRefY->Assign(Marker->FRefY.get());
+    FMarkerHeight->Assign(Marker->FMarkerHeight.get());
+    FMarkerWidth->Assign(Marker->FMarkerWidth.get());
+    FUnits = Marker->FUnits;
+    FOrientation = Marker->FOrientation;
+    FAutomaticOrientation = Marker->FAutomaticOrientation;
+  }
+  TSVGCustomViewBox::AssignProperties(Source);
+}
+
+void TSVGMarker::Clear()
+{
+  TSVGUpdateGuard Guard(*this);
+  FUnits = muStrokeWidth;
+  FMarkerHeight->Initialize(DefaultMarkerSize, false, suNone);
+  FMarkerWidth->Initialize(DefaultMarkerSize, false, suNone);
+  FRefX->Clear();
+  FRefY->Clear();
+  TSVGCustomViewBox::Clear();
+}
+
+void TSVGMarker::DoLoadFromXML(const IXMLNode &Node)
+{
+  TSVGCustomViewBox::DoLoadFromXML(Node);
+  ParsePercent(Node, QStringLiteral("refX"), FRefX.get(), 0.0f, 1.0f);
+  ParsePercent(Node, QStringLiteral("refY"), FRefY.get(), 0.0f, 1.0f);
+  ParsePercent(Node, QStringLiteral("markerHeight"), FMarkerHeight.get(), 0.0f, 1.0f);
+  ParsePercent(Node, QStringLiteral("markerWidth"), FMarkerWidth.get(), 0.0f, 1.0f);
+  FUnits = ParseMarkerUnit(ParseAttrString(Node, QStringLiteral("markerUnits")), FUnits);
+  FOrientation = ParseAngle(ParseAttrString(Node, QStringLiteral("orient")), FOrientation, FAutomaticOrientation);
+  // The rectangle follows the view box, in place (a symbol swaps width and height here).
+  FX->SetPixels(FViewBox.X()->GetValue());
+  FY->SetPixels(FViewBox.Y()->GetValue());
+  FHeight->SetPixels(FViewBox.Height()->GetValue());
+  FWidth->SetPixels(FViewBox.Width()->GetValue());
+}
+
+void TSVGMarker::DoSaveToXML(const IXMLNode &Node)
+{
+  TSVGCustomViewBox::DoSaveToXML(Node);
+  const QString Format = GetFormatStr();
+  const bool Compact = IsCompactXML();
+  // Compact output leaves out what reads back the same: a reference point of 0, a size of 3.
+  auto SaveLength = [&](const QString &Name, const TSVGLength &Length, float Default) {
+    if (Compact && Length.Raw() == Default && !Length.IsPercent() && Length.Unit() == suNone)
+      return;
+    SaveAttrString(Node, Name, SVGLengthToString(Length, Format, 0.0f, 1.0f), false, true);
+  };
+  SaveLength(QStringLiteral("refX"), *FRefX, 0);
+  SaveLength(QStringLiteral("refY"), *FRefY, 0);
+  SaveLength(QStringLiteral("markerWidth"), *FMarkerWidth, DefaultMarkerSize);
+  SaveLength(QStringLiteral("markerHeight"), *FMarkerHeight, DefaultMarkerSize);
+  if (FUnits != muNone)
+    SaveAttrString(Node, QStringLiteral("markerUnits"), SVGMarkerUnitNames[FUnits], false, true);
+  if (FAutomaticOrientation)
+    SaveAttrString(Node, QStringLiteral("orient"), QStringLiteral("auto"), false, true);
+  else if (FOrientation != 0 && !Compact)
+    SaveAttrString(Node, QStringLiteral("orient"), SVGNumberToString(FOrientation, suNone, Format), false, true);
+}
+
+} // namespace vx

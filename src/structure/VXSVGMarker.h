@@ -1,0 +1,115 @@
+#pragma once
+// The "marker" element: a viewport container that is never drawn where it stands. Shapes ask it to
+// appear at their vertices (structure/VXSVGMarkerPlacement.cpp walks them); it then maps its
+// contents onto the vertex, scaled by the stroke width or not, and turned by the direction of the
+// path when its orientation is automatic.
+//
+// A marker whose contents draw, directly or through other markers, the same marker again is not
+// drawn (or hit) the second time: the repetition is skipped where it is met, so a loop of markers
+// neither hangs nor exhausts the stack.
+#include "tree/VXSVGCustomViewBox.h"
+
+#include <memory>
+
+namespace vx {
+
+class TSVGMarker : public TSVGCustomViewBox
+{
+  VX_SVG_ELEMENT_CLASS(TSVGMarker)
+
+public:
+  explicit TSVGMarker(TSVGDocument *Owner);
+  ~TSVGMarker() override;
+
+  TSVGElementType SVGType() const override { return etMarker; }
+  TSVGElementTypes ChildSVGTypes() const override { return SVGGroupChildTypes(); }
+  bool DoShouldDraw() const override { return false; }
+  // Never hit where it stands: its contents are hit only where they are drawn.
+  TSVGGraphicElement *ElementAtPos(const TMatrix &, TVXGPCanvas &, const TPointF &, const TRectF &,
+                                   TSVGFindOptions) override
+  {
+    return nullptr;
+  }
+  using TSVGCustomViewBox::ElementAtPos;
+  // A marker takes no room where it stands: it adds nothing to the bounds of its container.
+  TRectF GetBoundsRect() const override { return TRectF{}; }
+  TRectF GetBoundsRect(const TMatrix &) const override { return TRectF{}; }
+
+  // The point of the contents that lands on the vertex, and the size of the marker's viewport.
+  TSVGLength &RefX() const { return *FRefX; }
+  TSVGLength &RefY() const { return *FRefY; }
+  TSVGLength &MarkerWidth() const { return *FMarkerWidth; }
+  TSVGLength &MarkerHeight() const { return *FMarkerHeight; }
+  void SetRefX(const TSVGLength &Value) { FRefX->Assign(&Value); }
+  void SetRefY(const TSVGLength &Value) { FRefY->Assign(&Value); }
+  void SetMarkerWidth(const TSVGLength &Value) { FMarkerWidth->Assign(&Value); }
+  void SetMarkerHeight(const TSVGLength &Value) { FMarkerHeight->Assign(&Value); }
+  TSVGMarkerUnit Units() const { return FUnits; }
+  void SetUnits(TSVGMarkerUnit Value);
+  // A fixed "orient" angle in radians. It is read and written back but never drawn: without
+  // automatic orientation a marker always stands at angle 0.
+  float Orientation() const { return FOrientation; }
+  void SetOrientation(float Value);
+  bool AutomaticOrientation() const { return FAutomaticOrientation; }
+  void SetAutomaticOrientation(bool Value);
+
+  // Draws the marker for Element at the start of the segment P1 -> P2 (at P2 for the end), or at
+  // the vertex P2 between P1 and P3, facing the path when the orientation is automatic. Nothing is
+  // drawn where an automatic direction is undefined (two equal points).
+  virtual void DrawStartMarker(TSVGGraphicElement &Element, const TPointF &P1, const TPointF &P2,
+                               const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
+  virtual void DrawMidMarker(TSVGGraphicElement &Element, const TPointF &P1, const TPointF &P2, const TPointF &P3,
+                             const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
+  virtual void DrawEndMarker(TSVGGraphicElement &Element, const TPointF &P1, const TPointF &P2,
+                             const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
+  // Draws the contents at Point turned by Angle (radians), following Element's enabled state; a
+  // marker without width or height draws nothing. The canvas pen's thickness is the stroke width
+  // that strokeWidth units scale by.
+  virtual void Draw(TSVGGraphicElement &Element, const TPointF &Point, float Angle, const TMatrix &Matrix,
+                    TVXGPCanvas &Canvas, const TRectF &Rect);
+  using TSVGCustomViewBox::Draw;
+
+  // Hit testing of the marker placed as Draw places it: the element of its contents under TestPoint.
+  virtual TSVGGraphicElement *MarkerAtPos(const TPointF &Point, float Angle, const TMatrix &Matrix,
+                                          TVXGPCanvas &Canvas, const TPointF &TestPoint, const TRectF &Rect,
+                                          TSVGFindOptions Options);
+  virtual TSVGGraphicElement *StartMarkerAtPos(const TPointF &P1, const TPointF &P2, const TMatrix &Matrix,
+                                               TVXGPCanvas &Canvas, const TPointF &TestPoint, const TRectF &Rect,
+                                               TSVGFindOptions Options);
+  virtual TSVGGraphicElement *MidMarkerAtPos(const TPointF &P1, const TPointF &P2, const TPointF &P3,
+                                             const TMatrix &Matrix, TVXGPCanvas &Canvas, const TPointF &TestPoint,
+                                             const TRectF &Rect, TSVGFindOptions Options);
+  virtual TSVGGraphicElement *EndMarkerAtPos(const TPointF &P1, const TPointF &P2, const TMatrix &Matrix,
+                                             TVXGPCanvas &Canvas, const TPointF &TestPoint, const TRectF &Rect,
+                                             TSVGFindOptions Options);
+
+  // Composes into Matrix the placement at Point: the move of the reference point to the origin, the
+  // scale of the view box into the marker rectangle, the turn by Angle, the move to Point. Rect
+  // comes out as it went in.
+  void ConvertToMarkerCoords(const TPointF &Point, float Angle, TMatrix &Matrix, TVXGPCanvas &Canvas, TRectF &Rect);
+  // The move by Point, the turn by Angle, the move back: a turn about the opposite of Point, which
+  // is how it is given the negated reference point.
+  static TMatrix CreateAngleTransformation(const TPointF &Point, float Angle);
+
+  void AssignProperties(const TSVGElement *Source) override;
+  // Units, sizes and reference point to their defaults; the orientation is left as it is.
+  void Clear() override;
+
+protected:
+  // Clips to the marker's viewport: its view box, or its width and height from the origin of its
+  // contents.
+  void OverflowClipping(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect) override;
+  void DoLoadFromXML(const IXMLNode &Node) override;
+  void DoSaveToXML(const IXMLNode &Node) override;
+
+private:
+  // A marker without width or height is not drawn at all.
+  bool IsCollapsed() const;
+
+  std::unique_ptr<TSVGLength> FRefX, FRefY, FMarkerHeight, FMarkerWidth;
+  TSVGMarkerUnit FUnits = muStrokeWidth;
+  float FOrientation = 0;
+  bool FAutomaticOrientation = false;
+};
+
+} // namespace vx

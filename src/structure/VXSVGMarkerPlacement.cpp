@@ -1,0 +1,190 @@
+// The marker routines of graphic elements: the walk over the vertices of a path or a point list
+// that asks the markers named by marker-start, marker-mid and marker-end to appear there, for
+// drawing and for hit testing. The placement itself is the marker's (structure/VXSVGMarker.cpp).
+#include "platform/geometry/VXPathData.h"
+#include "platform/vectorkit/VXGPCanvas.h"
+#include "structure/VXSVGMarker.h"
+#include "tree/VXSVGDocument.h"
+#include "tree/VXSVGGraphicElement.h"
+
+#include <cmath>
+#include <functional>
+
+namespace vx {
+
+namespace {
+
+// The narrowest stroke that marker units are scaled by: a stroke width of 0 must not collapse them.
+constexpr float MinimumStrokeWidth = 1e-12f;
+
+// The vertices of a path (with their kinds) or of a point list (where every point is a plain vertex).
+class TVertices
+{
+public:
+  explicit TVertices(const TVXPathData &Path) : FPath(&Path) {}
+  explicit TVertices(const TVXPoints &Points) : FPoints(&Points) {}
+
+  int Count() const { return FPath ? FPath->GetCount() : int(FPoints->size()); }
+  TPointF At(int I) const { return FPath ? FPath->GetPoint(I).Point : (*FPoints)[std::size_t(I)]; }
+  bool Is(int I, TVXPathPointKind Kind) const { return FPath && FPath->GetPoint(I).Kind == Kind; }
+
+private:
+  const TVXPathData *FPath = nullptr;
+  const TVXPoints *FPoints = nullptr;
+};
+
+// The points I and J moved apart until they differ: forward from J at the start, backward from I
+// at the end, never across the edge of a figure. False when no different pair is found.
+bool FirstDistinctPoints(const TVertices &V, int I, int J, TPointF &A, TPointF &B)
+{
+  A = V.At(I);
+  B = V.At(J);
+  while (A == B && J < V.Count() - 1) {
+    if (V.Is(J, ppClose))
+      break;
+    B = V.At(++J);
+  }
+  while (A == B && I >= 1) {
+    if (V.Is(I, ppMove))
+      break;
+    A = V.At(--I);
+  }
+  return !(A == B);
+}
+
+enum TMarkerPosition : std::uint8_t { mpStart, mpMid, mpEnd };
+
+// Answers true to end the walk.
+using TMarkerVisit = std::function<bool(TSVGMarker &Marker, TMarkerPosition Position, const TPointF &P1,
+                                        const TPointF &P2, const TPointF &P3)>;
+
+TSVGMarker *FindMarker(const TSVGGraphicElement &Element, const QString &URI)
+{
+  TSVGElement *Found = nullptr;
+  if (URI.isEmpty() || !Element.GetOwner()->AllItems().TryGetValue(URI, Found))
+    return nullptr;
+  return dynamic_cast<TSVGMarker *>(Found);
+}
+
+// The element's stroke width as markers in strokeWidth units see it, percentages resolved against
+// the nearest view box's normalised diagonal.
+float MarkerStrokeWidth(TSVGGraphicElement &Element)
+{
+  const TSVGPen &Pen = Element.GetPen();
+  double Width = Pen.GetThickness();
+  if (Pen.GetThicknessIsPercent())
+    if (const TSVGCustomViewBox *ViewBox = Element.GetNearestViewBox()) {
+      const double W = ViewBox->ViewBox().Width()->GetValue();
+      const double H = ViewBox->ViewBox().Height()->GetValue();
+      Width = Width * std::sqrt(W * W + H * H) / std::sqrt(2.0);
+    }
+  return Width < MinimumStrokeWidth ? MinimumStrokeWidth : float(Width);
+}
+
+// Visits the start, each mid vertex and the end, as far as markers are named for them; nothing
+// without an owner or a segment. Sets the canvas pen's thickness to the stroke width first.
+void WalkMarkers(TSVGGraphicElement &Element, const TVertices &V, TVXGPCanvas &Canvas, const TMarkerVisit &Visit)
+{
+  const int Count = V.Count();
+  if (!Element.GetOwner() || Count < 2)
+    return;
+  const QString StartURI = Element.GetMarkerStartURI();
+  const QString MidURI = Element.GetMarkerMidURI();
+  const QString EndURI = Element.GetMarkerEndURI();
+  if (StartURI.isEmpty() && MidURI.isEmpty() && EndURI.isEmpty())
+    return;
+  Canvas.Pen().SetThickness(MarkerStrokeWidth(Element));
+  TPointF A, B;
+  if (TSVGMarker *Start = FindMarker(Element, StartURI))
+    if (FirstDistinctPoints(V, 0, 1, A, B) && Visit(*Start, mpStart, A, B, B))
+      return;
+  if (TSVGMarker *Mid = Count > 2 ? FindMarker(Element, MidURI) : nullptr) {
+    // A first curve is stepped over whole: its control points are no vertices.
+    int I = V.Is(0, ppMove) && V.Is(1, ppCubic) ? 3 : 1;
+    while (I < Count - 1) {
+      if (Visit(*Mid, mpMid, V.At(I - 1), V.At(I), V.At(I + 1)))
+        return;
+      ++I;
+      if (I < Count - 1 && V.Is(I, ppCubic))
+        I += 2;
+    }
+  }
+  if (TSVGMarker *End = FindMarker(Element, EndURI))
+    if (FirstDistinctPoints(V, Count - 2, Count - 1, A, B))
+      Visit(*End, mpEnd, A, B, B);
+}
+
+void DrawAll(TSVGGraphicElement &Element, const TVertices &V, const TMatrix &Matrix, TVXGPCanvas &Canvas,
+             const TRectF &Rect)
+{
+  WalkMarkers(Element, V, Canvas,
+              [&](TSVGMarker &Marker, TMarkerPosition Position, const TPointF &P1, const TPointF &P2,
+                  const TPointF &P3) {
+                switch (Position) {
+                case mpStart:
+                  Marker.DrawStartMarker(Element, P1, P2, Matrix, Canvas, Rect);
+                  break;
+                case mpMid:
+                  Marker.DrawMidMarker(Element, P1, P2, P3, Matrix, Canvas, Rect);
+                  break;
+                case mpEnd:
+                  Marker.DrawEndMarker(Element, P1, P2, Matrix, Canvas, Rect);
+                  break;
+                }
+                return false;
+              });
+}
+
+TSVGGraphicElement *FindAt(TSVGGraphicElement &Element, const TVertices &V, const TMatrix &Matrix,
+                           TVXGPCanvas &Canvas, const TPointF &Point, const TRectF &Rect, TSVGFindOptions Options)
+{
+  TVXGPCanvasStateGuard Guard(Canvas);
+  TSVGGraphicElement *Found = nullptr;
+  WalkMarkers(Element, V, Canvas,
+              [&](TSVGMarker &Marker, TMarkerPosition Position, const TPointF &P1, const TPointF &P2,
+                  const TPointF &P3) {
+                switch (Position) {
+                case mpStart:
+                  Found = Marker.StartMarkerAtPos(P1, P2, Matrix, Canvas, Point, Rect, Options);
+                  break;
+                case mpMid:
+                  Found = Marker.MidMarkerAtPos(P1, P2, P3, Matrix, Canvas, Point, Rect, Options);
+                  break;
+                case mpEnd:
+                  Found = Marker.EndMarkerAtPos(P1, P2, Matrix, Canvas, Point, Rect, Options);
+                  break;
+                }
+                return Found != nullptr;
+              });
+  return Found;
+}
+
+} // namespace
+
+void TSVGGraphicElement::DrawMarkers(const TVXPathData &Path, const TMatrix &Matrix, TVXGPCanvas &Canvas,
+                                     const TRectF &Rect)
+{
+  DrawAll(*this, TVertices(Path), Matrix, Canvas, Rect);
+}
+
+void TSVGGraphicElement::DrawMarkers(const TVXPoints &Points, const TMatrix &Matrix, TVXGPCanvas &Canvas,
+                                     const TRectF &Rect)
+{
+  DrawAll(*this, TVertices(Points), Matrix, Canvas, Rect);
+}
+
+TSVGGraphicElement *TSVGGraphicElement::MarkersAtPos(const TVXPathData &Path, const TMatrix &Matrix,
+                                                     TVXGPCanvas &Canvas, const TPointF &Point, const TRectF &Rect,
+                                                     TSVGFindOptions Options)
+{
+  return FindAt(*this, TVertices(Path), Matrix, Canvas, Point, Rect, Options);
+}
+
+TSVGGraphicElement *TSVGGraphicElement::MarkersAtPos(const TVXPoints &Points, const TMatrix &Matrix,
+                                                     TVXGPCanvas &Canvas, const TPointF &Point, const TRectF &Rect,
+                                                     TSVGFindOptions Options)
+{
+  return FindAt(*this, TVertices(Points), Matrix, Canvas, Point, Rect, Options);
+}
+
+} // namespace vx

@@ -1,0 +1,435 @@
+#include "structure/VXSVGPattern.h"
+
+#include "platform/vectorkit/VXGPCanvas.h"
+#include "tree/VXSVGDocument.h"
+#include "values/VXSVGAttributes.h"
+#include "values/VXSVGPropertyParsers.h"
+#include "values/VXSVGTransforms.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+#include <vector>
+
+namespace vx {
+
+VX_SVG_ELEMENT_CLASS_INFO(TSVGPattern)
+
+namespace {
+
+const TSVGClassRegistration PatternRegistration(etPattern, TSVGPattern::ClassInfo());
+
+// Tiles rendered one inside the other (a pattern whose contents are filled with another pattern);
+// each holds a bitmap while the inner ones render, so the depth is bounded.
+constexpr std::size_t MaxTileNesting = 8;
+
+// Patterns whose tiles are being rendered, and patterns whose contents are being drawn (own or
+// through an href), on this thread, innermost last.
+thread_local std::vector<const TSVGElement *> RenderingTiles;
+thread_local std::vector<const TSVGElement *> DrawingContents;
+// The pixels of the tiles being rendered on this thread: nested tiles share one budget.
+thread_local std::int64_t TilePixelsInUse = 0;
+
+// Books Pixels of the tile budget for a scope.
+class TTileBudget
+{
+public:
+  explicit TTileBudget(std::int64_t Pixels) : FPixels(Pixels) { TilePixelsInUse += Pixels; }
+  ~TTileBudget() { TilePixelsInUse -= FPixels; }
+  TTileBudget(const TTileBudget &) = delete;
+  TTileBudget &operator=(const TTileBudget &) = delete;
+
+private:
+  std::int64_t FPixels;
+};
+
+// Enters Element into Stack for a scope unless it is there already or Stack is Limit deep.
+class TStackScope
+{
+public:
+  TStackScope(std::vector<const TSVGElement *> &Stack, const TSVGElement &Element, std::size_t Limit)
+    : FStack(Stack),
+      FEntered(Stack.size() < Limit && std::find(Stack.begin(), Stack.end(), &Element) == Stack.end())
+  {
+    if (FEntered)
+      FStack.push_back(&Element);
+  }
+  ~TStackScope()
+  {
+    if (FEntered)
+      FStack.pop_back();
+  }
+  TStackScope(const TStackScope &) = delete;
+  TStackScope &operator=(const TStackScope &) = delete;
+  bool Entered() const { return FEntered; }
+
+private:
+  std::vector<const TSVGElement *> &FStack;
+  bool FEntered;
+};
+
+// Lends Target to Borrower as its parent for a scope, also on the way out by an exception.
+class TParentLoan
+{
+public:
+  TParentLoan(TSVGElement &Target, TSVGElement &Borrower) : FTarget(Target), FSaved(Target.Parent())
+  {
+    Target.SetParent(&Borrower);
+  }
+  ~TParentLoan() { FTarget.SetParent(FSaved); }
+  TParentLoan(const TParentLoan &) = delete;
+  TParentLoan &operator=(const TParentLoan &) = delete;
+
+private:
+  TSVGElement &FTarget;
+  TSVGElement *FSaved;
+};
+
+class TEnabledScope
+{
+public:
+  TEnabledScope(TSVGElement &Element, bool Value) : FElement(Element), FSaved(Element.Enabled())
+  {
+    Element.SetEnabled(Value);
+  }
+  ~TEnabledScope() { FElement.SetEnabled(FSaved); }
+  TEnabledScope(const TEnabledScope &) = delete;
+  TEnabledScope &operator=(const TEnabledScope &) = delete;
+
+private:
+  TSVGElement &FElement;
+  bool FSaved;
+};
+
+// Whether Target is From or one of its ancestors: lending it to From would make the chain loop.
+bool IsWithin(const TSVGElement &Target, const TSVGElement &From)
+{
+  for (const TSVGElement *E = &From; E; E = E->Parent())
+    if (E == &Target)
+      return true;
+  return false;
+}
+
+// Where in a period of Size pixels the device position Value falls, in [0, Size).
+double Phase(double Value, int Size)
+{
+  if (!std::isfinite(Value))
+    return 0;
+  const double Result = std::fmod(Value, double(Size));
+  return Result < 0 ? Result + Size : Result;
+}
+
+// A tile side in whole pixels: the truncated size, 0 for an inverted or undefined one, -1 when it
+// is beyond what a tile may take.
+std::int64_t TileSide(double Size)
+{
+  if (!(Size > 0))
+    return 0;
+  const double Whole = std::trunc(Size);
+  return Whole > TSVGPattern::MaxTileSide ? -1 : std::int64_t(Whole);
+}
+
+// The box around Rect's corners under Matrix.
+TRectF TransformedBox(const TRectF &Rect, const TMatrix &Matrix)
+{
+  const TPointF Corners[] = {VXMatrixTransformPoint({Rect.Left, Rect.Top}, Matrix),
+                             VXMatrixTransformPoint({Rect.Right, Rect.Top}, Matrix),
+                             VXMatrixTransformPoint({Rect.Right, Rect.Bottom}, Matrix),
+                             VXMatrixTransformPoint({Rect.Left, Rect.Bottom}, Matrix)};
+  TRectF Box{Corners[0].X, Corners[0].Y, Corners[0].X, Corners[0].Y};
+  for (const TPointF &P : Corners) {
+    Box.Left = std::min(Box.Left, P.X);
+    Box.Top = std::min(Box.Top, P.Y);
+    Box.Right = std::max(Box.Right, P.X);
+    Box.Bottom = std::max(Box.Bottom, P.Y);
+  }
+  return Box;
+}
+
+} // namespace
+
+TSVGPattern::TSVGPattern(TSVGDocument *Owner) : TSVGCustomViewBox(Owner) {}
+
+TSVGPattern::~TSVGPattern()
+{
+  StopListening();
+}
+
+// --- properties ------------------------------------------------------------------------------------
+
+void TSVGPattern::StopListening()
+{
+  if (FListened)
+    FListened->RemoveChangeNotification(this);
+  FListened = nullptr;
+}
+
+void TSVGPattern::SetReference(const QString &Value)
+{
+  if (Value == FReference)
+    return;
+  StopListening();
+  FReference = Value;
+  TSVGElement *Target = nullptr;
+  if (!FReference.isEmpty() && GetOwner() && GetOwner()->AllItems().TryGetValue(FReference, Target) &&
+      Target != this && dynamic_cast<TSVGGraphicElement *>(Target)) {
+    Target->ChangeNotification(this);
+    FListened = Target;
+  }
+  Change(this);
+}
+
+void TSVGPattern::NotifyListener(TSVGElement *Element)
+{
+  TSVGCustomViewBox::NotifyListener(Element);
+  if (Element && Element->ElementState().Contains(esDestroying)) {
+    if (Element == FListened)
+      FListened = nullptr;
+    FReference.clear();
+  }
+}
+
+void TSVGPattern::SetContentUnits(TSVGCoordinateSystemUnit Value)
+{
+  FSpecified.Include(paContentUnits);
+  if (Value == FContentUnits)
+    return;
+  FContentUnits = Value;
+  Change(this);
+}
+
+void TSVGPattern::SetUnits(TSVGCoordinateSystemUnit Value)
+{
+  FSpecified.Include(paUnits);
+  if (Value == FUnits)
+    return;
+  FUnits = Value;
+  Change(this);
+}
+
+void TSVGPattern::SetPatternMatrix(const TMatrix &Value)
+{
+  FSpecified.Include(paTransform);
+  FPatternMatrix = Value;
+  Change(this);
+}
+
+QString TSVGPattern::GetPatternTransformMatrix() const
+{
+  return SVGTransformationToString(FPatternMatrix);
+}
+
+void TSVGPattern::SetPatternTransformMatrix(const QString &Value)
+{
+  SetPatternMatrix(ParseTransformation(Value));
+}
+
+// --- the tile --------------------------------------------------------------------------------------
+
+const TSVGPattern &TSVGPattern::AttributeSource(TSVGPatternAttribute Attribute) const
+{
+  std::vector<const TSVGPattern *> Seen;
+  for (const TSVGPattern *P = this; P && std::find(Seen.begin(), Seen.end(), P) == Seen.end();) {
+    if (P->FSpecified.Contains(Attribute))
+      return *P;
+    Seen.push_back(P);
+    TSVGElement *Next = nullptr;
+    if (P->FReference.isEmpty() || !GetOwner() || !GetOwner()->AllItems().TryGetValue(P->FReference, Next))
+      break;
+    P = dynamic_cast<const TSVGPattern *>(Next);
+  }
+  return *this;
+}
+
+std::shared_ptr<TVXGPBitmap> TSVGPattern::GetPattern(TSVGGraphicElement &Element, const TMatrix &Matrix,
+                                                     const TRectF &Rect)
+{
+  TStackScope Rendering(RenderingTiles, *this, MaxTileNesting);
+  if (!Rendering.Entered())
+    return nullptr;
+  const TSVGLength &X = *AttributeSource(paX).FX;
+  const TSVGLength &Y = *AttributeSource(paY).FY;
+  const TSVGLength &W = *AttributeSource(paWidth).FWidth;
+  const TSVGLength &H = *AttributeSource(paHeight).FHeight;
+  // The tile in the pattern's space; in bounding-box units every side is a fraction of Rect (a
+  // percentage too). The pattern transform and the element's matrix take it to the device.
+  TRectF Tile;
+  if (AttributeSource(paUnits).FUnits == csuUserSpaceOnUse) {
+    Tile = VXRect(X.GetValue(), Y.GetValue(), float(double(X.GetValue()) + W.GetValue()),
+                  float(double(Y.GetValue()) + H.GetValue()));
+  } else {
+    const double Left = Rect.Left + double(Rect.Width()) * X.GetPixels();
+    const double Top = Rect.Top + double(Rect.Height()) * Y.GetPixels();
+    Tile = VXRect(float(Left), float(Top), float(Left + double(Rect.Width()) * W.GetPixels()),
+                  float(Top + double(Rect.Height()) * H.GetPixels()));
+  }
+  const TMatrix ToDevice =
+    VXMatrixMultiply(AttributeSource(paTransform).FPatternMatrix, VXMatrixMultiply(Matrix, FMatrix));
+  const TRectF R = TransformedBox(Tile, ToDevice);
+  const std::int64_t Width = TileSide(VXRectWidth(R));
+  const std::int64_t Height = TileSide(VXRectHeight(R));
+  if (Width < 0 || Height < 0 || Width * Height > MaxTilePixels - TilePixelsInUse)
+    return nullptr;
+  TTileBudget Budget(Width * Height);
+  auto Bitmap = std::make_shared<TVXGPBitmap>(int(Width), int(Height));
+  // The contents: the view box mapped into the tile, or a space whose origin is the tile's corner,
+  // scaled to the painted box in bounding-box content units.
+  TMatrix Contents = CreateTranslateVXMatrix(Tile.Left, Tile.Top);
+  const TSVGViewBox &ViewBox = AttributeSource(paViewBox).FViewBox;
+  if (ViewBox.Specified()) {
+    float Left = Tile.Left, Top = Tile.Top, ScaleX = 1, ScaleY = 1;
+    DefineView(Tile, ViewBox.Width()->GetValue(), ViewBox.Height()->GetValue(),
+               AttributeSource(paAspectRatio).FAspectRatio, Left, Top, ScaleX, ScaleY);
+    Contents = CreateTranslateVXMatrix(-ViewBox.X()->GetValue(), -ViewBox.Y()->GetValue());
+    Contents = VXMatrixMultiply(Contents, CreateScaleVXMatrix(ScaleX, ScaleY));
+    Contents = VXMatrixMultiply(Contents, CreateTranslateVXMatrix(Left, Top));
+  } else if (AttributeSource(paContentUnits).FContentUnits == csuObjectBoundingBox) {
+    Contents = VXMatrixMultiply(CreateScaleVXMatrix(Rect.Width(), Rect.Height()), Contents);
+  }
+  Contents = VXMatrixMultiply(Contents, ToDevice);
+  const TPointF Corner = VXMatrixTransformPoint({Tile.Left, Tile.Top}, ToDevice);
+  Contents.m31 -= Corner.X;
+  Contents.m32 -= Corner.Y;
+  TEnabledScope Enabled(*this, Element.IsEnabled());
+  RenderTile(*Bitmap, Contents, Corner, TPointF{R.Left - Corner.X, R.Top - Corner.Y});
+  return Bitmap;
+}
+
+void TSVGPattern::RenderTile(TVXGPBitmap &Bitmap, const TMatrix &Matrix, const TPointF &Corner, const TPointF &Offset)
+{
+  const int Width = Bitmap.GetWidth();
+  const int Height = Bitmap.GetHeight();
+  if (Width == 0 || Height == 0)
+    return;
+  TVXGPCanvas &Canvas = Bitmap.GetCanvas();
+  Canvas.Clear(0);
+  // The brush repeats the bitmap from the canvas origin, so the tile's box must begin at the phase
+  // of its device position in the bitmap: the tile is drawn there and once more a period earlier on
+  // each axis, each copy clipped to its own box, so that the pieces wrap around.
+  const double BoxX = Phase(double(Corner.X) + Offset.X, Width);
+  const double BoxY = Phase(double(Corner.Y) + Offset.Y, Height);
+  const TRectF Bounds{0, 0, float(Width), float(Height)};
+  for (int I = 0; I < 2; ++I)
+    for (int J = 0; J < 2; ++J) {
+      const double Left = std::floor(BoxX) - I * Width;
+      const double Top = std::floor(BoxY) - J * Height;
+      if (Left + Width <= 0 || Top + Height <= 0)
+        continue;
+      // Paint servers of the contents were resolved for another matrix: the previous copy's, or
+      // that of another element's tile.
+      Reset();
+      TVXGPCanvasStateGuard Guard(Canvas);
+      Canvas.IntersectClip(TRectF{float(Left), float(Top), float(Left + Width), float(Top + Height)});
+      const double DX = BoxX - Offset.X - I * Width;
+      const double DY = BoxY - Offset.Y - J * Height;
+      InternalDraw(VXMatrixMultiply(Matrix, CreateTranslateVXMatrix(float(DX), float(DY))), Canvas, Bounds);
+    }
+}
+
+bool TSVGPattern::PaintServerBrush(TSVGGraphicElement &Client, const TMatrix &Matrix, const TRectF &Rect,
+                                   TVXGPBrush &Target)
+{
+  Target.SetBitmap(GetPattern(Client, Matrix, Rect));
+  Target.SetKind(bkBitmap);
+  return true;
+}
+
+void TSVGPattern::InternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)
+{
+  TStackScope Drawing(DrawingContents, *this, MaxTileNesting * 4);
+  if (!Drawing.Entered())
+    return;
+  const bool DrawOwn = BeginDraw(Matrix, Canvas, Rect);
+  // EndDraw restores the canvas, so it also runs when the contents fail.
+  try {
+    if (DrawOwn)
+      DoInternalDraw(Matrix, Canvas, Rect);
+    DrawChildren(Matrix, Canvas, Rect);
+    // The href target's contents go on top. A target already drawing further out (an href cycle) or
+    // one that holds this pattern (it would become its own ancestor) is skipped.
+    TSVGElement *Found = nullptr;
+    if (!FReference.isEmpty() && GetOwner() && GetOwner()->AllItems().TryGetValue(FReference, Found))
+      if (auto *Target = dynamic_cast<TSVGGraphicElement *>(Found); Target && !IsWithin(*Target, *this)) {
+        TParentLoan Loan(*Target, *this);
+        if (auto *Pattern = dynamic_cast<TSVGPattern *>(Target))
+          Pattern->InternalDraw(Matrix, Canvas, Rect);
+        else
+          Target->Draw(Matrix, Canvas, Rect);
+      }
+  } catch (...) {
+    EndDraw(Matrix, Canvas, Rect);
+    throw;
+  }
+  EndDraw(Matrix, Canvas, Rect);
+}
+
+// --- copying and XML -------------------------------------------------------------------------------
+
+void TSVGPattern::AssignProperties(const TSVGElement *Source)
+{
+  if (const auto *Pattern = dynamic_cast<const TSVGPattern *>(Source)) {
+    FContentUnits = Pattern->FContentUnits;
+    FUnits = Pattern->FUnits;
+    FSpecified = Pattern->FSpecified;
+    SetReference(Pattern->FReference);
+  }
+  TSVGCustomViewBox::AssignProperties(Source);
+}
+
+void TSVGPattern::Clear()
+{
+  TSVGUpdateGuard Guard(*this);
+  TSVGCustomViewBox::Clear();
+  SetReference(QString());
+  FContentUnits = csuUserSpaceOnUse;
+  FUnits = csuObjectBoundingBox;
+  FPatternMatrix = VXIdentityMatrix;
+  FSpecified = {};
+}
+
+void TSVGPattern::DoLoadFromXML(const IXMLNode &Node)
+{
+  TSVGCustomViewBox::DoLoadFromXML(Node);
+  FPatternMatrix = ParseTransformation(ParseAttrString(Node, QStringLiteral("patternTransform")));
+  // A loaded reference is stored as written: the pattern joins no listeners until a program sets it.
+  StopListening();
+  FReference = ParseURI(Node, QStringLiteral("href"), FReference, QStringLiteral("xlink"));
+  FContentUnits =
+    ParseCoordinateSystemUnit(ParseAttrString(Node, QStringLiteral("patternContentUnits")), FContentUnits);
+  FUnits = ParseCoordinateSystemUnit(ParseAttrString(Node, QStringLiteral("patternUnits")), FUnits);
+  const std::pair<const char *, TSVGPatternAttribute> Given[] = {
+    {"x", paX}, {"y", paY}, {"width", paWidth}, {"height", paHeight}, {"patternUnits", paUnits},
+    {"patternContentUnits", paContentUnits}, {"patternTransform", paTransform}, {"viewBox", paViewBox},
+    {"preserveAspectRatio", paAspectRatio}};
+  for (const auto &[Name, Attribute] : Given)
+    if (Node.HasAttribute(QString::fromLatin1(Name)))
+      FSpecified.Include(Attribute);
+}
+
+void TSVGPattern::DoSaveToXML(const IXMLNode &Node)
+{
+  TSVGCustomViewBox::DoSaveToXML(Node);
+  // A pattern that names another writes only what it gives itself: a written default would hide
+  // the value it takes from there.
+  const bool Own = FReference.isEmpty();
+  auto Given = [&](TSVGPatternAttribute Attribute) { return Own || FSpecified.Contains(Attribute); };
+  const bool Compact = IsCompactXML();
+  if (Given(paX))
+    SaveLength(Node, QStringLiteral("x"), *FX, 100, Compact);
+  if (Given(paY))
+    SaveLength(Node, QStringLiteral("y"), *FY, 100, Compact);
+  if (Given(paWidth))
+    SaveLength(Node, QStringLiteral("width"), *FWidth, 100, Compact);
+  if (Given(paHeight))
+    SaveLength(Node, QStringLiteral("height"), *FHeight, 100, Compact);
+  if (!Own)
+    Node.SetAttributeNS(QStringLiteral("href"), XLinkNamespaceURI, QLatin1Char('#') + FReference);
+  if (!VXMatrixEquals(FPatternMatrix, VXIdentityMatrix, 1e-5f))
+    SaveAttrString(Node, QStringLiteral("patternTransform"), SVGTransformationToString(FPatternMatrix), false, true);
+  if (FUnits != csuNone && Given(paUnits))
+    SaveAttrString(Node, QStringLiteral("patternUnits"), SVGCoordinateSystemUnits[FUnits], false, true);
+  if (FContentUnits != csuNone && Given(paContentUnits))
+    SaveAttrString(Node, QStringLiteral("patternContentUnits"), SVGCoordinateSystemUnits[FContentUnits], false, true);
+}
+
+} // namespace vx

@@ -1,0 +1,114 @@
+#pragma once
+// The "pattern" paint server. Like a gradient it is never drawn in place: an element whose fill or
+// stroke names it asks it, through PaintServerBrush, for a tile, which the pattern renders once
+// into a new bitmap that the brush then repeats. Nothing is cached in the pattern; the painted
+// element's brush keeps the bitmap until its paint is resolved again.
+//
+// Loops end quietly instead of hanging: a pattern whose tile is being rendered gives no tile when
+// its own contents ask for it again (they paint nothing there), and an href chain that comes back
+// to a pattern already drawing stops there. A tile larger than MaxTileSide on a side, or one that
+// would take the tiles being rendered (this one and those it is nested in) beyond MaxTilePixels in
+// all, is refused: the paint then draws nothing.
+#include "platform/rtl/VXSet.h"
+#include "platform/vectorkit/VXGPBitmap.h"
+#include "tree/VXSVGCustomViewBox.h"
+
+#include <cstdint>
+#include <memory>
+
+namespace vx {
+
+// The attributes of a pattern that one named by its href supplies when it does not give them.
+enum TSVGPatternAttribute : std::uint8_t {
+  paX, paY, paWidth, paHeight, paUnits, paContentUnits, paTransform, paViewBox, paAspectRatio
+};
+using TSVGPatternAttributes = TSet<TSVGPatternAttribute, std::uint16_t>;
+
+class TSVGPattern : public TSVGCustomViewBox
+{
+  VX_SVG_ELEMENT_CLASS(TSVGPattern)
+
+public:
+  static constexpr int MaxTileSide = VXMaxBitmapSide;
+  static constexpr std::int64_t MaxTilePixels = std::int64_t(1) << 24;
+
+  explicit TSVGPattern(TSVGDocument *Owner);
+  ~TSVGPattern() override;
+
+  TSVGElementType SVGType() const override { return etPattern; }
+  TSVGElementTypes ChildSVGTypes() const override { return SVGGroupChildTypes(); }
+  bool DoShouldDraw() const override { return false; }
+  // Never hit where it stands: its contents are hit only where they are drawn.
+  TSVGGraphicElement *ElementAtPos(const TMatrix &, TVXGPCanvas &, const TPointF &, const TRectF &,
+                                   TSVGFindOptions) override
+  {
+    return nullptr;
+  }
+  using TSVGCustomViewBox::ElementAtPos;
+
+  // The id named by "xlink:href", without "#". Setting it makes this pattern a listener of the named
+  // element (and no longer of the old one); the target's destruction empties the reference.
+  const QString &Reference() const { return FReference; }
+  void SetReference(const QString &Value);
+  // In bounding-box units the contents are scaled to the painted box, unless a view box is given.
+  TSVGCoordinateSystemUnit ContentUnits() const { return FContentUnits; }
+  void SetContentUnits(TSVGCoordinateSystemUnit Value);
+  TSVGCoordinateSystemUnit Units() const { return FUnits; }
+  void SetUnits(TSVGCoordinateSystemUnit Value);
+  // "patternTransform": it takes the tile and its contents into the painted element's space.
+  const TMatrix &PatternMatrix() const { return FPatternMatrix; }
+  void SetPatternMatrix(const TMatrix &Value);
+  QString GetPatternTransformMatrix() const;
+  // Fails as the transform parser does and keeps the old matrix.
+  void SetPatternTransformMatrix(const QString &Value);
+
+  // The attributes this pattern gives itself: those read from XML, and the units and transform set
+  // since. Lengths count as given when they were read.
+  TSVGPatternAttributes Specified() const { return FSpecified; }
+  // The pattern that supplies Attribute: this one when it gives it, else the first along the href
+  // chain that does, else this one. A chain that comes back on itself ends there.
+  const TSVGPattern &AttributeSource(TSVGPatternAttribute Attribute) const;
+
+  // A new bitmap with the tile for Element, drawn under Matrix, whose bounds are Rect: the box of
+  // the tile rectangle (x, y, width and height, fractions of Rect in bounding-box units) under the
+  // pattern transform and Matrix, truncated to whole pixels, with the contents drawn into it. Each
+  // attribute comes from AttributeSource. The bitmap tiles from the canvas origin, so the contents
+  // are laid in with the phase that puts a tile's corner where the tile rectangle's corner is. Nil
+  // when the tile is refused or already being rendered further out.
+  virtual std::shared_ptr<TVXGPBitmap> GetPattern(TSVGGraphicElement &Element, const TMatrix &Matrix,
+                                                  const TRectF &Rect);
+  bool PaintServerBrush(TSVGGraphicElement &Client, const TMatrix &Matrix, const TRectF &Rect,
+                        TVXGPBrush &Target) override;
+
+  // A paint server takes no room: it adds nothing to the bounds of its container.
+  TRectF GetBoundsRect() const override { return TRectF{}; }
+  TRectF GetBoundsRect(const TMatrix &) const override { return TRectF{}; }
+
+  void NotifyListener(TSVGElement *Element) override;
+  void AssignProperties(const TSVGElement *Source) override;
+  void Clear() override;
+
+protected:
+  void DoLoadFromXML(const IXMLNode &Node) override;
+  // Writes x, y, width, height, the units and the href; a pattern with an href writes only the
+  // attributes it gives itself.
+  void DoSaveToXML(const IXMLNode &Node) override;
+  // Own contents, then those of the pattern the href names, drawn on top, under Matrix, into which
+  // GetPattern has already composed the pattern transform.
+  void InternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect) override;
+
+private:
+  void StopListening();
+  // Draws the contents into Bitmap under Matrix, which puts the tile's corner at the origin. Corner is
+  // that corner in device units, Offset the top left of the tile's box from it.
+  void RenderTile(TVXGPBitmap &Bitmap, const TMatrix &Matrix, const TPointF &Corner, const TPointF &Offset);
+
+  TSVGCoordinateSystemUnit FContentUnits = csuUserSpaceOnUse;
+  TSVGCoordinateSystemUnit FUnits = csuObjectBoundingBox;
+  QString FReference;
+  TMatrix FPatternMatrix = VXIdentityMatrix;
+  TSVGPatternAttributes FSpecified;
+  TSVGElement *FListened = nullptr;
+};
+
+} // namespace vx
