@@ -333,16 +333,14 @@ void TSVGMarker::DoSaveToXML(const IXMLNode &Node)
   TSVGCustomViewBox::DoSaveToXML(Node);
   const QString Format = GetFormatStr();
   const bool Compact = IsCompactXML();
-  // Compact output leaves out what reads back the same: a reference point of 0, a size of 3.
-  auto SaveLength = [&](const QString &Name, const TSVGLength &Length, float Default) {
-    if (Compact && Length.Raw() == Default && !Length.IsPercent() && Length.Unit() == suNone)
-      return;
-    SaveAttrString(Node, Name, SVGLengthToString(Length, Format, 0.0f, 1.0f), false, true);
+  // Compact output leaves out every length of 0; a size of 0 thus reads back as the default 3.
+  auto SaveLength = [&](const QString &Name, const TSVGLength &Length) {
+    SaveAttrString(Node, Name, SVGLengthToString(Length, Format, 0.0f, 1.0f), Compact && Length.Raw() == 0, true);
   };
-  SaveLength(QStringLiteral("refX"), *FRefX, 0);
-  SaveLength(QStringLiteral("refY"), *FRefY, 0);
-  SaveLength(QStringLiteral("markerWidth"), *FMarkerWidth, DefaultMarkerSize);
-  SaveLength(QStringLiteral("markerHeight"), *FMarkerHeight, DefaultMarkerSize);
+  SaveLength(QStringLiteral("refX"), *FRefX);
+  SaveLength(QStringLiteral("refY"), *FRefY);
+  SaveLength(QStringLiteral("markerWidth"), *FMarkerWidth);
+  SaveLength(QStringLiteral("markerHeight"), *FMarkerHeight);
   if (FUnits != muNone)
     SaveAttrString(Node, QStringLiteral("markerUnits"), SVGMarkerUnitNames[FUnits], false, true);
   if (FAutomaticOrientation)

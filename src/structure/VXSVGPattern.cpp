@@ -191,7 +191,6 @@ void TSVGPattern::NotifyListener(TSVGElement *Element)
 
 void TSVGPattern::SetContentUnits(TSVGCoordinateSystemUnit Value)
 {
-  FSpecified.Include(paContentUnits);
   if (Value == FContentUnits)
     return;
   FContentUnits = Value;
@@ -200,7 +199,6 @@ void TSVGPattern::SetContentUnits(TSVGCoordinateSystemUnit Value)
 
 void TSVGPattern::SetUnits(TSVGCoordinateSystemUnit Value)
 {
-  FSpecified.Include(paUnits);
   if (Value == FUnits)
     return;
   FUnits = Value;
@@ -209,7 +207,6 @@ void TSVGPattern::SetUnits(TSVGCoordinateSystemUnit Value)
 
 void TSVGPattern::SetPatternMatrix(const TMatrix &Value)
 {
-  FSpecified.Include(paTransform);
   FPatternMatrix = Value;
   Change(this);
 }
@@ -226,45 +223,25 @@ void TSVGPattern::SetPatternTransformMatrix(const QString &Value)
 
 // --- the tile --------------------------------------------------------------------------------------
 
-const TSVGPattern &TSVGPattern::AttributeSource(TSVGPatternAttribute Attribute) const
-{
-  std::vector<const TSVGPattern *> Seen;
-  for (const TSVGPattern *P = this; P && std::find(Seen.begin(), Seen.end(), P) == Seen.end();) {
-    if (P->FSpecified.Contains(Attribute))
-      return *P;
-    Seen.push_back(P);
-    TSVGElement *Next = nullptr;
-    if (P->FReference.isEmpty() || !GetOwner() || !GetOwner()->AllItems().TryGetValue(P->FReference, Next))
-      break;
-    P = dynamic_cast<const TSVGPattern *>(Next);
-  }
-  return *this;
-}
-
 std::shared_ptr<TVXGPBitmap> TSVGPattern::GetPattern(TSVGGraphicElement &Element, const TMatrix &Matrix,
                                                      const TRectF &Rect)
 {
   TStackScope Rendering(RenderingTiles, *this, MaxTileNesting);
   if (!Rendering.Entered())
     return nullptr;
-  const TSVGLength &X = *AttributeSource(paX).FX;
-  const TSVGLength &Y = *AttributeSource(paY).FY;
-  const TSVGLength &W = *AttributeSource(paWidth).FWidth;
-  const TSVGLength &H = *AttributeSource(paHeight).FHeight;
-  // The tile in the pattern's space; in bounding-box units every side is a fraction of Rect (a
-  // percentage too). The pattern transform and the element's matrix take it to the device.
+  // The tile in the pattern's space. In bounding-box units width and height are fractions of Rect
+  // (a percentage too), while x and y stay plain offsets from its corner. The pattern transform and
+  // the element's matrix take the tile to the device.
   TRectF Tile;
-  if (AttributeSource(paUnits).FUnits == csuUserSpaceOnUse) {
-    Tile = VXRect(X.GetValue(), Y.GetValue(), float(double(X.GetValue()) + W.GetValue()),
-                  float(double(Y.GetValue()) + H.GetValue()));
+  if (FUnits == csuUserSpaceOnUse) {
+    Tile = VXRect(GetX(), GetY(), float(double(GetX()) + GetWidth()), float(double(GetY()) + GetHeight()));
   } else {
-    const double Left = Rect.Left + double(Rect.Width()) * X.GetPixels();
-    const double Top = Rect.Top + double(Rect.Height()) * Y.GetPixels();
-    Tile = VXRect(float(Left), float(Top), float(Left + double(Rect.Width()) * W.GetPixels()),
-                  float(Top + double(Rect.Height()) * H.GetPixels()));
+    const double Left = double(Rect.Left) + GetX();
+    const double Top = double(Rect.Top) + GetY();
+    Tile = VXRect(float(Left), float(Top), float(Left + double(Rect.Width()) * FWidth->GetPixels()),
+                  float(Top + double(Rect.Height()) * FHeight->GetPixels()));
   }
-  const TMatrix ToDevice =
-    VXMatrixMultiply(AttributeSource(paTransform).FPatternMatrix, VXMatrixMultiply(Matrix, FMatrix));
+  const TMatrix ToDevice = VXMatrixMultiply(FPatternMatrix, VXMatrixMultiply(Matrix, FMatrix));
   const TRectF R = TransformedBox(Tile, ToDevice);
   const std::int64_t Width = TileSide(VXRectWidth(R));
   const std::int64_t Height = TileSide(VXRectHeight(R));
@@ -272,19 +249,17 @@ std::shared_ptr<TVXGPBitmap> TSVGPattern::GetPattern(TSVGGraphicElement &Element
     return nullptr;
   TTileBudget Budget(Width * Height);
   auto Bitmap = std::make_shared<TVXGPBitmap>(int(Width), int(Height));
-  // The contents: the view box mapped into the tile, or a space whose origin is the tile's corner,
-  // scaled to the painted box in bounding-box content units.
+  // The contents: the view box mapped into the tile, or a space whose origin is the tile's corner.
+  // The content units are kept for saving but place nothing: contents are always in that space.
   TMatrix Contents = CreateTranslateVXMatrix(Tile.Left, Tile.Top);
-  const TSVGViewBox &ViewBox = AttributeSource(paViewBox).FViewBox;
+  const TSVGViewBox &ViewBox = FViewBox;
   if (ViewBox.Specified()) {
     float Left = Tile.Left, Top = Tile.Top, ScaleX = 1, ScaleY = 1;
-    DefineView(Tile, ViewBox.Width()->GetValue(), ViewBox.Height()->GetValue(),
-               AttributeSource(paAspectRatio).FAspectRatio, Left, Top, ScaleX, ScaleY);
+    DefineView(Tile, ViewBox.Width()->GetValue(), ViewBox.Height()->GetValue(), FAspectRatio, Left, Top, ScaleX,
+               ScaleY);
     Contents = CreateTranslateVXMatrix(-ViewBox.X()->GetValue(), -ViewBox.Y()->GetValue());
     Contents = VXMatrixMultiply(Contents, CreateScaleVXMatrix(ScaleX, ScaleY));
     Contents = VXMatrixMultiply(Contents, CreateTranslateVXMatrix(Left, Top));
-  } else if (AttributeSource(paContentUnits).FContentUnits == csuObjectBoundingBox) {
-    Contents = VXMatrixMultiply(CreateScaleVXMatrix(Rect.Width(), Rect.Height()), Contents);
   }
   Contents = VXMatrixMultiply(Contents, ToDevice);
   const TPointF Corner = VXMatrixTransformPoint({Tile.Left, Tile.Top}, ToDevice);
@@ -370,7 +345,6 @@ void TSVGPattern::AssignProperties(const TSVGElement *Source)
   if (const auto *Pattern = dynamic_cast<const TSVGPattern *>(Source)) {
     FContentUnits = Pattern->FContentUnits;
     FUnits = Pattern->FUnits;
-    FSpecified = Pattern->FSpecified;
     SetReference(Pattern->FReference);
   }
   TSVGCustomViewBox::AssignProperties(Source);
@@ -384,7 +358,6 @@ void TSVGPattern::Clear()
   FContentUnits = csuUserSpaceOnUse;
   FUnits = csuObjectBoundingBox;
   FPatternMatrix = VXIdentityMatrix;
-  FSpecified = {};
 }
 
 void TSVGPattern::DoLoadFromXML(const IXMLNode &Node)
@@ -397,38 +370,20 @@ void TSVGPattern::DoLoadFromXML(const IXMLNode &Node)
   FContentUnits =
     ParseCoordinateSystemUnit(ParseAttrString(Node, QStringLiteral("patternContentUnits")), FContentUnits);
   FUnits = ParseCoordinateSystemUnit(ParseAttrString(Node, QStringLiteral("patternUnits")), FUnits);
-  const std::pair<const char *, TSVGPatternAttribute> Given[] = {
-    {"x", paX}, {"y", paY}, {"width", paWidth}, {"height", paHeight}, {"patternUnits", paUnits},
-    {"patternContentUnits", paContentUnits}, {"patternTransform", paTransform}, {"viewBox", paViewBox},
-    {"preserveAspectRatio", paAspectRatio}};
-  for (const auto &[Name, Attribute] : Given)
-    if (Node.HasAttribute(QString::fromLatin1(Name)))
-      FSpecified.Include(Attribute);
 }
 
 void TSVGPattern::DoSaveToXML(const IXMLNode &Node)
 {
   TSVGCustomViewBox::DoSaveToXML(Node);
-  // A pattern that names another writes only what it gives itself: a written default would hide
-  // the value it takes from there.
-  const bool Own = FReference.isEmpty();
-  auto Given = [&](TSVGPatternAttribute Attribute) { return Own || FSpecified.Contains(Attribute); };
-  const bool Compact = IsCompactXML();
-  if (Given(paX))
-    SaveLength(Node, QStringLiteral("x"), *FX, 100, Compact);
-  if (Given(paY))
-    SaveLength(Node, QStringLiteral("y"), *FY, 100, Compact);
-  if (Given(paWidth))
-    SaveLength(Node, QStringLiteral("width"), *FWidth, 100, Compact);
-  if (Given(paHeight))
-    SaveLength(Node, QStringLiteral("height"), *FHeight, 100, Compact);
-  if (!Own)
+  SaveBoundsLengths(Node);
+  if (!FReference.isEmpty())
     Node.SetAttributeNS(QStringLiteral("href"), XLinkNamespaceURI, QLatin1Char('#') + FReference);
   if (!VXMatrixEquals(FPatternMatrix, VXIdentityMatrix, 1e-5f))
     SaveAttrString(Node, QStringLiteral("patternTransform"), SVGTransformationToString(FPatternMatrix), false, true);
-  if (FUnits != csuNone && Given(paUnits))
+  // The defaults are written too.
+  if (FUnits != csuNone)
     SaveAttrString(Node, QStringLiteral("patternUnits"), SVGCoordinateSystemUnits[FUnits], false, true);
-  if (FContentUnits != csuNone && Given(paContentUnits))
+  if (FContentUnits != csuNone)
     SaveAttrString(Node, QStringLiteral("patternContentUnits"), SVGCoordinateSystemUnits[FContentUnits], false, true);
 }
 

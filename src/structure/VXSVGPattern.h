@@ -9,7 +9,6 @@
 // to a pattern already drawing stops there. A tile larger than MaxTileSide on a side, or one that
 // would take the tiles being rendered (this one and those it is nested in) beyond MaxTilePixels in
 // all, is refused: the paint then draws nothing.
-#include "platform/rtl/VXSet.h"
 #include "platform/vectorkit/VXGPBitmap.h"
 #include "tree/VXSVGCustomViewBox.h"
 
@@ -17,12 +16,6 @@
 #include <memory>
 
 namespace vx {
-
-// The attributes of a pattern that one named by its href supplies when it does not give them.
-enum TSVGPatternAttribute : std::uint8_t {
-  paX, paY, paWidth, paHeight, paUnits, paContentUnits, paTransform, paViewBox, paAspectRatio
-};
-using TSVGPatternAttributes = TSet<TSVGPatternAttribute, std::uint16_t>;
 
 class TSVGPattern : public TSVGCustomViewBox
 {
@@ -50,7 +43,7 @@ public:
   // element (and no longer of the old one); the target's destruction empties the reference.
   const QString &Reference() const { return FReference; }
   void SetReference(const QString &Value);
-  // In bounding-box units the contents are scaled to the painted box, unless a view box is given.
+  // Read, saved and copied; contents are always drawn in the tile's own space.
   TSVGCoordinateSystemUnit ContentUnits() const { return FContentUnits; }
   void SetContentUnits(TSVGCoordinateSystemUnit Value);
   TSVGCoordinateSystemUnit Units() const { return FUnits; }
@@ -62,17 +55,10 @@ public:
   // Fails as the transform parser does and keeps the old matrix.
   void SetPatternTransformMatrix(const QString &Value);
 
-  // The attributes this pattern gives itself: those read from XML, and the units and transform set
-  // since. Lengths count as given when they were read.
-  TSVGPatternAttributes Specified() const { return FSpecified; }
-  // The pattern that supplies Attribute: this one when it gives it, else the first along the href
-  // chain that does, else this one. A chain that comes back on itself ends there.
-  const TSVGPattern &AttributeSource(TSVGPatternAttribute Attribute) const;
-
   // A new bitmap with the tile for Element, drawn under Matrix, whose bounds are Rect: the box of
-  // the tile rectangle (x, y, width and height, fractions of Rect in bounding-box units) under the
-  // pattern transform and Matrix, truncated to whole pixels, with the contents drawn into it. Each
-  // attribute comes from AttributeSource. The bitmap tiles from the canvas origin, so the contents
+  // the tile rectangle (width and height fractions of Rect in bounding-box units) under the pattern
+  // transform and Matrix, truncated to whole pixels, with the contents drawn into it. The pattern's
+  // own attributes make the tile: an href lends contents only. The bitmap tiles from the canvas origin, so the contents
   // are laid in with the phase that puts a tile's corner where the tile rectangle's corner is. Nil
   // when the tile is refused or already being rendered further out.
   virtual std::shared_ptr<TVXGPBitmap> GetPattern(TSVGGraphicElement &Element, const TMatrix &Matrix,
@@ -90,8 +76,7 @@ public:
 
 protected:
   void DoLoadFromXML(const IXMLNode &Node) override;
-  // Writes x, y, width, height, the units and the href; a pattern with an href writes only the
-  // attributes it gives itself.
+  // Writes x, y, width, height, the href, the transform and both units (defaults included).
   void DoSaveToXML(const IXMLNode &Node) override;
   // Own contents, then those of the pattern the href names, drawn on top, under Matrix, into which
   // GetPattern has already composed the pattern transform.
@@ -107,7 +92,6 @@ private:
   TSVGCoordinateSystemUnit FUnits = csuObjectBoundingBox;
   QString FReference;
   TMatrix FPatternMatrix = VXIdentityMatrix;
-  TSVGPatternAttributes FSpecified;
   TSVGElement *FListened = nullptr;
 };
 
