@@ -1,6 +1,7 @@
 // Hit testing: which element is under a point of the canvas. The tree is walked in the reverse of
 // paint order with the matrices, pen and clip of a draw; the bounding box comes first, the path
 // decides.
+#include "platform/geometry/VXGeometry.h"
 #include "platform/vectorkit/VXGPCanvas.h"
 #include "tree/VXSVGCustomGroup.h"
 #include "tree/VXSVGCustomViewBox.h"
@@ -26,6 +27,23 @@ void SetFillModeOf(TVXGPPath &Path, TSVGFillRule Rule)
 // without area has no inside: lines, whose boxes may be flat, test their path directly.
 bool InBoundingBox(const TRectF &Bounds, const TMatrix &Matrix, const TPointF &Point)
 {
+  // Most elements are far from the point: the axis-aligned box around the transformed corners holds
+  // the parallelogram and rejects them without building a path.
+  const TPointF Corners[] = {
+    VXMatrixTransformPoint(TPointF{Bounds.Left, Bounds.Top}, Matrix),
+    VXMatrixTransformPoint(TPointF{Bounds.Right, Bounds.Top}, Matrix),
+    VXMatrixTransformPoint(TPointF{Bounds.Right, Bounds.Bottom}, Matrix),
+    VXMatrixTransformPoint(TPointF{Bounds.Left, Bounds.Bottom}, Matrix),
+  };
+  bool Left = true, Right = true, Above = true, Below = true;
+  for (const TPointF &C : Corners) {
+    Left = Left && Point.X < C.X;
+    Right = Right && Point.X > C.X;
+    Above = Above && Point.Y < C.Y;
+    Below = Below && Point.Y > C.Y;
+  }
+  if (Left || Right || Above || Below)
+    return false;
   TVXGPPath Box;
   Box.AddRectangle(Bounds);
   Box.ApplyMatrix(Matrix);

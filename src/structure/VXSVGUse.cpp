@@ -19,6 +19,21 @@ const TSVGClassRegistration UseRegistration(etUse, TSVGUse::ClassInfo());
 thread_local int LendingDepth = 0;
 // The targets whose bounds uses are measuring on this thread, innermost last.
 thread_local std::vector<const TSVGElement *> MeasuredTargets;
+// Uses that show uses can multiply: ten levels of ten copies each would be 10^10 targets. So the
+// references followed inside one outermost reference are counted, and past this many a use shows
+// nothing, as if it named no element. No real picture comes near it.
+constexpr int MaxNestedReferences = 4096;
+thread_local int NestedReferences = 0;
+
+// Counts one more reference; false once the outermost reference has used up its allowance.
+bool WithinReferenceBudget()
+{
+  if (LendingDepth == 0 && MeasuredTargets.empty()) {
+    NestedReferences = 0;
+    return true;
+  }
+  return ++NestedReferences <= MaxNestedReferences;
+}
 
 // Whether Target is From or one of From's ancestors (lent ones included).
 bool IsWithin(const TSVGElement &Target, const TSVGElement &From)
@@ -136,7 +151,7 @@ bool TSVGUse::DoShouldDraw() const
 TSVGGraphicElement *TSVGUse::LendableTarget() const
 {
   TSVGGraphicElement *Shown = Target();
-  if (!Shown || IsWithin(*Shown, *this) || LendingDepth >= MaxUseNesting)
+  if (!Shown || IsWithin(*Shown, *this) || LendingDepth >= MaxUseNesting || !WithinReferenceBudget())
     return nullptr;
   return Shown;
 }
