@@ -234,13 +234,26 @@ QBrush TVXGPGradient::CreateQBrush(const TRectF &Bounds) const
 // --- brush -------------------------------------------------------------------------------------
 
 TVXGPBrush::TVXGPBrush(TVXGPCanvas *Canvas, TVXGPBrushKind Kind, TVXGPColor Color)
-  : FCanvas(Canvas), FColor(Color), FKind(Kind), FDefaultColor(Color), FDefaultKind(Kind),
-    FGradient(std::make_unique<TVXGPGradient>())
+  : FCanvas(Canvas), FColor(Color), FKind(Kind), FDefaultColor(Color), FDefaultKind(Kind)
 {
-  FGradient->OnChange = [this](TObject *) { Change(); };
 }
 
 TVXGPBrush::~TVXGPBrush() = default;
+
+TVXGPGradient &TVXGPBrush::GetGradient()
+{
+  if (!FGradient) {
+    FGradient = std::make_unique<TVXGPGradient>();
+    FGradient->OnChange = [this](TObject *) { Change(); };
+  }
+  return *FGradient;
+}
+
+const TVXGPGradient &TVXGPBrush::GetGradient() const
+{
+  static const TVXGPGradient Empty;
+  return FGradient ? *FGradient : Empty;
+}
 
 void TVXGPBrush::Assign(const TPersistent *Source)
 {
@@ -249,9 +262,14 @@ void TVXGPBrush::Assign(const TPersistent *Source)
     FKind = B->FKind;
     FDefaultColor = B->FDefaultColor;
     FDefaultKind = B->FDefaultKind;
-    FGradient->OnChange = nullptr;
-    FGradient->Assign(B->FGradient.get());
-    FGradient->OnChange = [this](TObject *) { Change(); };
+    if (B->FGradient) {
+      TVXGPGradient &Own = GetGradient();
+      Own.OnChange = nullptr;
+      Own.Assign(B->FGradient.get());
+      Own.OnChange = [this](TObject *) { Change(); };
+    } else {
+      FGradient.reset();
+    }
     FBitmap = B->FBitmap;
     FPreparedRect = B->FPreparedRect;
     Change();
@@ -279,7 +297,7 @@ void TVXGPBrush::SetKind(TVXGPBrushKind Value)
 void TVXGPBrush::SetGradient(const TVXGPGradient *Gradient)
 {
   if (Gradient && Gradient != FGradient.get())
-    FGradient->Assign(Gradient);
+    GetGradient().Assign(Gradient);
 }
 
 void TVXGPBrush::SetBitmap(std::shared_ptr<TVXGPBitmap> Bitmap)
@@ -296,7 +314,7 @@ QBrush TVXGPBrush::CreateQBrush() const
   case bkSolid:
     return QBrush(VXToQColor(FColor));
   case bkGradient:
-    return FGradient->CreateQBrush(FPreparedRect);
+    return GetGradient().CreateQBrush(FPreparedRect);
   case bkBitmap:
     if (FBitmap && !FBitmap->IsEmpty())
       return QBrush(FBitmap->Image());

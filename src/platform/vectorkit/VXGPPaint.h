@@ -156,10 +156,11 @@ public:
   TVXGPBrushKind GetDefaultKind() const { return FDefaultKind; }
   void SetDefaultKind(TVXGPBrushKind Value) { FDefaultKind = Value; }
 
-  // The brush's own gradient; changes to it are changes of the brush.
-  TVXGPGradient &GetGradient() { return *FGradient; }
-  const TVXGPGradient &GetGradient() const { return *FGradient; }
-  TVXGPGradientPoints &GradientPoints() { return FGradient->Points(); }
+  // The brush's own gradient; changes to it are changes of the brush. Most brushes are solid, so
+  // the gradient is made on first use (until then it reads as an empty linear one).
+  TVXGPGradient &GetGradient();
+  const TVXGPGradient &GetGradient() const;
+  TVXGPGradientPoints &GradientPoints() { return GetGradient().Points(); }
   // Copies Gradient into the brush's own gradient; the kind is left to the caller.
   void SetGradient(const TVXGPGradient *Gradient);
   const std::shared_ptr<TVXGPBitmap> &GetBitmap() const { return FBitmap; }
