@@ -10,6 +10,7 @@
 #include <libxml/xmlsave.h>
 
 #include <climits>
+#include <cstring>
 #include <mutex>
 #include <vector>
 
@@ -192,12 +193,28 @@ QString TextOf(xmlNodePtr Node)
   }
 }
 
+// Whether the qualified name of Node ("prefix:name" or "name") is Qualified, given in UTF-8. The
+// bytes are compared where they stand: reading a document asks for attributes by the million.
+bool HasQualifiedName(xmlNodePtr Node, const QByteArray &Qualified)
+{
+  const char *Name = reinterpret_cast<const char *>(Node->name);
+  if (!Name)
+    return false;
+  if (!Node->ns || !Node->ns->prefix)
+    return std::strcmp(Qualified.constData(), Name) == 0;
+  const char *Prefix = reinterpret_cast<const char *>(Node->ns->prefix);
+  const std::size_t Length = std::strlen(Prefix);
+  return std::size_t(Qualified.size()) > Length && std::memcmp(Qualified.constData(), Prefix, Length) == 0 &&
+         Qualified[qsizetype(Length)] == ':' && std::strcmp(Qualified.constData() + Length + 1, Name) == 0;
+}
+
 xmlAttrPtr FindAttribute(xmlNodePtr Node, const QString &Name)
 {
-  if (Node->type != XML_ELEMENT_NODE)
+  if (Node->type != XML_ELEMENT_NODE || !Node->properties)
     return nullptr;
+  const QByteArray Qualified = Name.toUtf8();
   for (xmlAttrPtr Attr = Node->properties; Attr; Attr = Attr->next)
-    if (QualifiedName(reinterpret_cast<xmlNodePtr>(Attr)) == Name)
+    if (HasQualifiedName(reinterpret_cast<xmlNodePtr>(Attr), Qualified))
       return Attr;
   return nullptr;
 }
