@@ -1,6 +1,7 @@
 #include "structure/VXSVGMarker.h"
 
 #include "platform/vectorkit/VXGPCanvas.h"
+#include "structure/VXSVGScopes.h"
 #include "values/VXSVGAttributes.h"
 #include "values/VXSVGNumbers.h"
 #include "values/VXSVGPropertyParsers.h"
@@ -23,49 +24,7 @@ const TSVGClassRegistration MarkerRegistration(etMarker, TSVGMarker::ClassInfo()
 constexpr std::size_t MaxMarkerNesting = 64;
 
 // The markers being drawn or hit-tested on this thread, innermost last.
-thread_local std::vector<const TSVGMarker *> ActiveMarkers;
-
-// Marks a marker as active for a scope, also on the way out by an exception. Entered is false when
-// the marker is already active (or the nesting is too deep): the caller then does nothing.
-class TMarkerScope
-{
-public:
-  explicit TMarkerScope(const TSVGMarker &Marker)
-    : FEntered(ActiveMarkers.size() < MaxMarkerNesting &&
-               std::find(ActiveMarkers.begin(), ActiveMarkers.end(), &Marker) == ActiveMarkers.end())
-  {
-    if (FEntered)
-      ActiveMarkers.push_back(&Marker);
-  }
-  ~TMarkerScope()
-  {
-    if (FEntered)
-      ActiveMarkers.pop_back();
-  }
-  TMarkerScope(const TMarkerScope &) = delete;
-  TMarkerScope &operator=(const TMarkerScope &) = delete;
-  bool Entered() const { return FEntered; }
-
-private:
-  bool FEntered;
-};
-
-// Sets Element's enabled state to Value for a scope and puts the old one back.
-class TEnabledScope
-{
-public:
-  TEnabledScope(TSVGElement &Element, bool Value) : FElement(Element), FSaved(Element.Enabled())
-  {
-    Element.SetEnabled(Value);
-  }
-  ~TEnabledScope() { FElement.SetEnabled(FSaved); }
-  TEnabledScope(const TEnabledScope &) = delete;
-  TEnabledScope &operator=(const TEnabledScope &) = delete;
-
-private:
-  TSVGElement &FElement;
-  bool FSaved;
-};
+thread_local std::vector<const TSVGElement *> ActiveMarkers;
 
 // Initializes a length while its change event is set aside: defaults are no change.
 void QuietInitialize(TSVGLength &Length, float Value)
@@ -223,7 +182,7 @@ void TSVGMarker::DrawEndMarker(TSVGGraphicElement &Element, const TPointF &P1, c
 void TSVGMarker::Draw(TSVGGraphicElement &Element, const TPointF &Point, float Angle, const TMatrix &Matrix,
                       TVXGPCanvas &Canvas, const TRectF &Rect)
 {
-  TMarkerScope Scope(*this);
+  TStackScope Scope(ActiveMarkers, *this, MaxMarkerNesting);
   if (!Scope.Entered() || IsCollapsed())
     return;
   TMatrix M = Matrix;
@@ -246,7 +205,7 @@ TSVGGraphicElement *TSVGMarker::MarkerAtPos(const TPointF &Point, float Angle, c
                                             TVXGPCanvas &Canvas, const TPointF &TestPoint, const TRectF &Rect,
                                             TSVGFindOptions Options)
 {
-  TMarkerScope Scope(*this);
+  TStackScope Scope(ActiveMarkers, *this, MaxMarkerNesting);
   if (!Scope.Entered() || IsCollapsed())
     return nullptr;
   TMatrix M = Matrix;

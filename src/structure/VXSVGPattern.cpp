@@ -1,6 +1,7 @@
 #include "structure/VXSVGPattern.h"
 
 #include "platform/vectorkit/VXGPCanvas.h"
+#include "structure/VXSVGScopes.h"
 #include "tree/VXSVGDocument.h"
 #include "values/VXSVGAttributes.h"
 #include "values/VXSVGPropertyParsers.h"
@@ -41,64 +42,6 @@ public:
 
 private:
   std::int64_t FPixels;
-};
-
-// Enters Element into Stack for a scope unless it is there already or Stack is Limit deep.
-class TStackScope
-{
-public:
-  TStackScope(std::vector<const TSVGElement *> &Stack, const TSVGElement &Element, std::size_t Limit)
-    : FStack(Stack),
-      FEntered(Stack.size() < Limit && std::find(Stack.begin(), Stack.end(), &Element) == Stack.end())
-  {
-    if (FEntered)
-      FStack.push_back(&Element);
-  }
-  ~TStackScope()
-  {
-    if (FEntered)
-      FStack.pop_back();
-  }
-  TStackScope(const TStackScope &) = delete;
-  TStackScope &operator=(const TStackScope &) = delete;
-  bool Entered() const { return FEntered; }
-
-private:
-  std::vector<const TSVGElement *> &FStack;
-  bool FEntered;
-};
-
-// Lends Target to Borrower as its parent for a scope, also on the way out by an exception.
-class TParentLoan
-{
-public:
-  TParentLoan(TSVGElement &Target, TSVGElement &Borrower) : FTarget(Target), FSaved(Target.Parent())
-  {
-    Target.SetParent(&Borrower);
-  }
-  ~TParentLoan() { FTarget.SetParent(FSaved); }
-  TParentLoan(const TParentLoan &) = delete;
-  TParentLoan &operator=(const TParentLoan &) = delete;
-
-private:
-  TSVGElement &FTarget;
-  TSVGElement *FSaved;
-};
-
-class TEnabledScope
-{
-public:
-  TEnabledScope(TSVGElement &Element, bool Value) : FElement(Element), FSaved(Element.Enabled())
-  {
-    Element.SetEnabled(Value);
-  }
-  ~TEnabledScope() { FElement.SetEnabled(FSaved); }
-  TEnabledScope(const TEnabledScope &) = delete;
-  TEnabledScope &operator=(const TEnabledScope &) = delete;
-
-private:
-  TSVGElement &FElement;
-  bool FSaved;
 };
 
 // Whether Target is From or one of its ancestors: lending it to From would make the chain loop.
