@@ -101,7 +101,7 @@ TSVGCustomGradient::TSVGCustomGradient(TSVGDocument *Owner) : TSVGGraphicElement
 
 TSVGCustomGradient::~TSVGCustomGradient()
 {
-  StopListening();
+  FListener.Stop(*this);
 }
 
 TSVGElementTypes TSVGCustomGradient::ChildSVGTypes() const
@@ -109,25 +109,16 @@ TSVGElementTypes TSVGCustomGradient::ChildSVGTypes() const
   return SVGDescriptiveElements | TSVGElementTypes{etGradientStop};
 }
 
-void TSVGCustomGradient::StopListening()
-{
-  if (FListened)
-    FListened->RemoveChangeNotification(this);
-  FListened = nullptr;
-}
-
 void TSVGCustomGradient::SetReference(const QString &Value)
 {
   if (Value == FReference)
     return;
-  StopListening();
   FReference = Value;
   TSVGElement *Target = nullptr;
   if (!FReference.isEmpty() && GetOwner() && GetOwner()->AllItems().TryGetValue(FReference, Target) &&
-      Target != this && dynamic_cast<TSVGGraphicElement *>(Target)) {
-    Target->ChangeNotification(this);
-    FListened = Target;
-  }
+      (Target == this || !dynamic_cast<TSVGGraphicElement *>(Target)))
+    Target = nullptr;
+  FListener.Listen(*this, Target);
   Change(this);
 }
 
@@ -153,11 +144,8 @@ void TSVGCustomGradient::NotifyListener(TSVGElement *Element)
   TSVGGraphicElement::NotifyListener(Element);
   // The stops may come from the target.
   FBrushChanged = FPenChanged = true;
-  if (Element && Element->ElementState().Contains(esDestroying)) {
-    if (Element == FListened)
-      FListened = nullptr;
+  if (Element && Element->ElementState().Contains(esDestroying))
     FReference.clear();
-  }
 }
 
 void TSVGCustomGradient::ElementNotification(TObject *Sender, TSVGElement *Item, TCollectionNotification Action)
@@ -192,7 +180,7 @@ void TSVGCustomGradient::DoLoadFromXML(const IXMLNode &Node)
   // The gradient's own transform replaces whatever "transform" gave.
   FMatrix = ParseTransformation(ParseAttrString(Node, QStringLiteral("gradientTransform")));
   // A loaded reference is stored as written: the gradient joins no listeners until a program sets it.
-  StopListening();
+  FListener.Stop(*this);
   FReference = ParseURI(Node, QStringLiteral("href"), FReference, QStringLiteral("xlink"));
   FUnits = ParseCoordinateSystemUnit(ParseAttrString(Node, QStringLiteral("gradientUnits")), FUnits);
   FSpread = ParseGradientSpread(ParseAttrString(Node, QStringLiteral("spreadMethod")), FSpread);

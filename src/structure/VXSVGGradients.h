@@ -4,6 +4,7 @@
 // PaintServerBrush, for a canvas gradient laid out over the element's own rectangle. The gradient
 // keeps its unrolled stops in its own brush, rebuilt only when a stop or the element changed.
 #include "platform/vectorkit/VXGPPaint.h"
+#include "tree/VXSVGReferenceListener.h"
 #include "tree/VXSVGGraphicElement.h"
 
 #include <memory>
@@ -79,10 +80,8 @@ private:
   // One pass over the stops in the order of Step; answers the last offset added.
   float AppendStops(TVXGPGradientPoints &Points, bool Continuing, int Step) const;
   float StopOffset(int Index) const;
-  void StopListening();
 
-  // The element this one listens to, so that it leaves exactly that one, whatever became of the id.
-  TSVGElement *FListened = nullptr;
+  TSVGReferenceListener FListener;
 };
 
 // "linearGradient": the gradient vector from (x1, y1) to (x2, y2), by default (0, 0) to (1, 0) of

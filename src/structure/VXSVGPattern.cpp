@@ -95,41 +95,29 @@ TSVGPattern::TSVGPattern(TSVGDocument *Owner) : TSVGCustomViewBox(Owner) {}
 
 TSVGPattern::~TSVGPattern()
 {
-  StopListening();
+  FListener.Stop(*this);
 }
 
 // --- properties ------------------------------------------------------------------------------------
-
-void TSVGPattern::StopListening()
-{
-  if (FListened)
-    FListened->RemoveChangeNotification(this);
-  FListened = nullptr;
-}
 
 void TSVGPattern::SetReference(const QString &Value)
 {
   if (Value == FReference)
     return;
-  StopListening();
   FReference = Value;
   TSVGElement *Target = nullptr;
   if (!FReference.isEmpty() && GetOwner() && GetOwner()->AllItems().TryGetValue(FReference, Target) &&
-      Target != this && dynamic_cast<TSVGGraphicElement *>(Target)) {
-    Target->ChangeNotification(this);
-    FListened = Target;
-  }
+      (Target == this || !dynamic_cast<TSVGGraphicElement *>(Target)))
+    Target = nullptr;
+  FListener.Listen(*this, Target);
   Change(this);
 }
 
 void TSVGPattern::NotifyListener(TSVGElement *Element)
 {
   TSVGCustomViewBox::NotifyListener(Element);
-  if (Element && Element->ElementState().Contains(esDestroying)) {
-    if (Element == FListened)
-      FListened = nullptr;
+  if (Element && Element->ElementState().Contains(esDestroying))
     FReference.clear();
-  }
 }
 
 void TSVGPattern::SetContentUnits(TSVGCoordinateSystemUnit Value)
@@ -308,7 +296,7 @@ void TSVGPattern::DoLoadFromXML(const IXMLNode &Node)
   TSVGCustomViewBox::DoLoadFromXML(Node);
   FPatternMatrix = ParseTransformation(ParseAttrString(Node, QStringLiteral("patternTransform")));
   // A loaded reference is stored as written: the pattern joins no listeners until a program sets it.
-  StopListening();
+  FListener.Stop(*this);
   FReference = ParseURI(Node, QStringLiteral("href"), FReference, QStringLiteral("xlink"));
   FContentUnits =
     ParseCoordinateSystemUnit(ParseAttrString(Node, QStringLiteral("patternContentUnits")), FContentUnits);

@@ -10,6 +10,7 @@
 // would take the tiles being rendered (this one and those it is nested in) beyond MaxTilePixels in
 // all, is refused: the paint then draws nothing.
 #include "platform/vectorkit/VXGPBitmap.h"
+#include "tree/VXSVGReferenceListener.h"
 #include "tree/VXSVGCustomViewBox.h"
 
 #include <cstdint>
@@ -83,7 +84,6 @@ protected:
   void InternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect) override;
 
 private:
-  void StopListening();
   // Draws the contents into Bitmap under Matrix, which puts the tile's corner at the origin. Corner is
   // that corner in device units, Offset the top left of the tile's box from it.
   void RenderTile(TVXGPBitmap &Bitmap, const TMatrix &Matrix, const TPointF &Corner, const TPointF &Offset);
@@ -92,7 +92,7 @@ private:
   TSVGCoordinateSystemUnit FUnits = csuObjectBoundingBox;
   QString FReference;
   TMatrix FPatternMatrix = VXIdentityMatrix;
-  TSVGElement *FListened = nullptr;
+  TSVGReferenceListener FListener;
 };
 
 } // namespace vx

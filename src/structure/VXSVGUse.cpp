@@ -88,7 +88,7 @@ bool IsViewportTarget(const TSVGGraphicElement &Target)
 
 TSVGUse::~TSVGUse()
 {
-  StopListening();
+  FListener.Stop(*this);
 }
 
 TSVGGraphicElement *TSVGUse::Target() const
@@ -99,42 +99,20 @@ TSVGGraphicElement *TSVGUse::Target() const
   return dynamic_cast<TSVGGraphicElement *>(Found);
 }
 
-void TSVGUse::StopListening()
-{
-  // An element that is cleared forgets its listeners, and may later go without telling; so the
-  // element is touched only while the table still holds it under the id it had, or under ours.
-  TSVGElement *Held = nullptr;
-  if (FListened && GetOwner() &&
-      ((GetOwner()->AllItems().TryGetValue(FListenedID, Held) && Held == FListened) || Target() == FListened))
-    FListened->RemoveChangeNotification(this);
-  FListened = nullptr;
-  FListenedID.clear();
-}
-
 void TSVGUse::SetReference(const QString &Value)
 {
   if (Value == FReference)
     return;
-  StopListening();
   FReference = Value;
-  if (TSVGGraphicElement *NewTarget = Target()) {
-    NewTarget->ChangeNotification(this);
-    FListened = NewTarget;
-    FListenedID = NewTarget->ID();
-  }
+  FListener.Listen(*this, Target());
   Change(this);
 }
 
 void TSVGUse::NotifyListener(TSVGElement *Element)
 {
   TSVGGraphicElement::NotifyListener(Element);
-  if (Element && Element->ElementState().Contains(esDestroying)) {
-    if (Element == FListened) {
-      FListened = nullptr;
-      FListenedID.clear();
-    }
+  if (Element && Element->ElementState().Contains(esDestroying))
     FReference.clear();
-  }
 }
 
 bool TSVGUse::DoShouldDraw() const

@@ -10,6 +10,7 @@
 // So the parent chain never loops and the stack never runs deep; a chain of uses deeper than
 // MaxUseNesting is cut off the same way.
 #include "tree/VXSVGGraphicElement.h"
+#include "tree/VXSVGReferenceListener.h"
 
 namespace vx {
 
@@ -63,15 +64,12 @@ protected:
                                              const TRectF &Rect, TSVGFindOptions Options) override;
 
 private:
-  void StopListening();
   // The rectangle a symbol or document target maps into: this element's bounds under Matrix, which
   // already holds the element's transform.
   TRectF DeviceViewport(const TMatrix &Matrix) const;
 
   QString FReference;
-  // The element whose listeners this one joined (nil when none), and its id at the time.
-  TSVGElement *FListened = nullptr;
-  QString FListenedID;
+  TSVGReferenceListener FListener;
 };
 
 } // namespace vx

@@ -56,6 +56,8 @@ TSVGElement::~TSVGElement()
     FParent = nullptr;
   }
   NotifyListeners();
+  ForgetListeners();
+  StopListeningToAll();
   if (FOwner && !FID.isEmpty() && FOwner->AllItems().Elements(FID) == this)
     FOwner->AllItems().Remove(FID);
 }
@@ -229,13 +231,37 @@ bool TSVGElement::HasFollowing(const TSVGElement *E) const
 
 void TSVGElement::ChangeNotification(TSVGElement *Element)
 {
-  if (!FListeners.Contains(Element))
-    FListeners.Add(Element);
+  if (!Element || FListeners.Contains(Element))
+    return;
+  FListeners.Add(Element);
+  Element->FListening.push_back(this);
 }
 
 void TSVGElement::RemoveChangeNotification(TSVGElement *Element)
 {
+  if (!Element || !FListeners.Contains(Element))
+    return;
   FListeners.Remove(Element);
+  std::erase(Element->FListening, this);
+}
+
+bool TSVGElement::IsListeningTo(const TSVGElement *Element) const
+{
+  return std::find(FListening.begin(), FListening.end(), Element) != FListening.end();
+}
+
+void TSVGElement::ForgetListeners()
+{
+  for (TSVGElement *Listener : FListeners)
+    std::erase(Listener->FListening, this);
+  FListeners.Clear();
+}
+
+void TSVGElement::StopListeningToAll()
+{
+  for (TSVGElement *Listened : FListening)
+    Listened->FListeners.Remove(this);
+  FListening.clear();
 }
 
 void TSVGElement::NotifyListener(TSVGElement *)
@@ -344,7 +370,7 @@ void TSVGElement::Clear()
   FRequiredFeatures.Clear();
   FSystemLanguages.Clear();
   FItems.Clear();
-  FListeners.Clear();
+  ForgetListeners();
 }
 
 TRectF TSVGElement::GetBoundsRect(const TMatrix &Matrix) const

@@ -10,6 +10,7 @@
 #include "values/VXSVGVocabulary.h"
 
 #include <cstdint>
+#include <vector>
 
 namespace vx {
 
@@ -103,6 +104,9 @@ public:
   void ChangeNotification(TSVGElement *Element);
   void RemoveChangeNotification(TSVGElement *Element);
   const TSVGElementList &Listeners() const { return FListeners; }
+  // Whether this element is among Element's listeners. Element is only compared, never touched, so
+  // a pointer to an element that has gone away may be asked about.
+  bool IsListeningTo(const TSVGElement *Element) const;
   virtual void NotifyListener(TSVGElement *Element);
   void NotifyListeners();
   void BeginUpdate() { ++FUpdateCount; }
@@ -169,6 +173,9 @@ protected:
   // Marks the element as going away, so that nothing it triggers is reported to the user.
   void BeforeDestruction() { FElementState.Include(esDestroying); }
   void ClearChildren() { FItems.Clear(); }
+  // Drops every listener (and their record of listening here), or every element listened to.
+  void ForgetListeners();
+  void StopListeningToAll();
   // Adds a new element of the class registered for Type, owned by Owner, and answers its index;
   // -1 when no class reads Type. A child the list refuses is freed.
   int AddChildOfType(TSVGElementType Type, TSVGDocument *Owner);
@@ -190,6 +197,9 @@ protected:
   TStringList FRequiredExtensions;
   bool FEnabled = true;
   TSVGElementList FListeners{false};
+  // The elements this one listens to: the other side of their FListeners, kept so that neither side
+  // is left pointing at the other once it goes away.
+  std::vector<TSVGElement *> FListening;
   std::intptr_t FTag = 0;
   TSVGStyleProperties FAttributes;
   TSVGElementState FElementState;

@@ -1,6 +1,6 @@
 #include "tree/VXSVGReferenceListener.h"
 
-#include "tree/VXSVGDocument.h"
+#include "tree/VXSVGElement.h"
 
 namespace vx {
 
@@ -11,17 +11,13 @@ void TSVGReferenceListener::Listen(TSVGElement &Listener, TSVGElement *Target)
     return;
   Target->ChangeNotification(&Listener);
   FListened = Target;
-  FListenedID = Target->ID();
 }
 
 void TSVGReferenceListener::Stop(TSVGElement &Listener)
 {
-  TSVGElement *Held = nullptr;
-  if (FListened && Listener.GetOwner() && Listener.GetOwner()->AllItems().TryGetValue(FListenedID, Held) &&
-      Held == FListened)
+  if (FListened && Listener.IsListeningTo(FListened))
     FListened->RemoveChangeNotification(&Listener);
   FListened = nullptr;
-  FListenedID.clear();
 }
 
 } // namespace vx

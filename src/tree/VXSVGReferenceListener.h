@@ -1,9 +1,7 @@
 #pragma once
 // Listening to the element that a reference names. The listened element may be cleared (which
-// forgets its listeners) or freed later without telling, so it is touched again only while the
-// owner's id table still holds it under the id it had.
-#include <QString>
-
+// forgets its listeners), renamed or freed, so it is touched again only while it still counts this
+// listener among its own.
 namespace vx {
 
 class TSVGElement;
@@ -19,7 +17,6 @@ public:
 
 private:
   TSVGElement *FListened = nullptr;
-  QString FListenedID;
 };
 
 } // namespace vx

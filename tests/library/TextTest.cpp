@@ -418,6 +418,26 @@ TEST_F(TextTest, ReferencesToThemselvesEnd)
   EXPECT_TRUE(Element<TSVGCustomText>("r").GetText().isEmpty());
 }
 
+TEST_F(TextTest, ReferencesSurviveRenamedClearedAndFreedTargets)
+{
+  LoadText(QStringLiteral("<text id='a'>x</text><text id='b'>y</text><text id='host'><tref id='r' xlink:href='#a'/>"
+                          "<tref id='q' xlink:href='#b'/></text><use id='u' xlink:href='#a'/>"));
+  auto &A = Element<TSVGCustomText>("a");
+  auto &B = Element<TSVGCustomText>("b");
+  Element<TSVGTextRef>("r").SetReference(QStringLiteral("b"));
+  Element<TSVGTextRef>("r").SetReference(QStringLiteral("a"));
+  // A renamed target and a cleared one no longer know their listeners by id or at all; the
+  // listeners going away must neither leave themselves behind nor touch what forgot them.
+  A.SetID(QStringLiteral("renamed"));
+  B.Clear();
+  delete &Element("host");
+  delete &Element("u");
+  A.SetText(QStringLiteral("changed"));
+  EXPECT_EQ(A.Listeners().Count(), 0);
+  delete &B;
+  Render();
+}
+
 TEST_F(TextTest, DeepSpanNestingAndLongTextDraw)
 {
   QString Body = QStringLiteral("<text x='0' y='50'>");
