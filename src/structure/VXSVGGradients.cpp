@@ -69,24 +69,6 @@ TPointF Normalize(const TPointF &P, const TRectF &Rect)
   return {W != 0 ? (P.X - Rect.Left) / W : 1.0f, H != 0 ? (P.Y - Rect.Top) / H : 1.0f};
 }
 
-// The axis-aligned box of Rect's corners under Matrix: the rectangle that the canvas prepares a
-// brush in when it fills the transformed shape.
-TRectF TransformedBox(const TRectF &Rect, const TMatrix &Matrix)
-{
-  const TPointF Corners[] = {VXMatrixTransformPoint({Rect.Left, Rect.Top}, Matrix),
-                             VXMatrixTransformPoint({Rect.Right, Rect.Top}, Matrix),
-                             VXMatrixTransformPoint({Rect.Right, Rect.Bottom}, Matrix),
-                             VXMatrixTransformPoint({Rect.Left, Rect.Bottom}, Matrix)};
-  TRectF Box{Corners[0].X, Corners[0].Y, Corners[0].X, Corners[0].Y};
-  for (const TPointF &P : Corners) {
-    Box.Left = std::min(Box.Left, P.X);
-    Box.Top = std::min(Box.Top, P.Y);
-    Box.Right = std::max(Box.Right, P.X);
-    Box.Bottom = std::max(Box.Bottom, P.Y);
-  }
-  return Box;
-}
-
 // A length that belongs to no view box: a percentage stays a fraction.
 std::unique_ptr<TSVGLength> CreateBoxLength(float Value, bool IsPercent)
 {
@@ -450,7 +432,7 @@ std::unique_ptr<TVXGPGradient> TSVGLinearGradient::GetGradient(const TMatrix &Ma
     return Result;
   // The gradient's own transform moves the vector only; the element's matrix moves both.
   const TMatrix VectorMatrix = VXMatrixMultiply(FMatrix, Matrix);
-  const TRectF Box = TransformedBox(Rect, Matrix);
+  const TRectF Box = VXMatrixTransformRect(Rect, Matrix);
   const TPointF P1 = VXMatrixTransformPoint(Result->Start().GetPoint(), VectorMatrix);
   const TPointF P2 = VXMatrixTransformPoint(Result->End().GetPoint(), VectorMatrix);
   TLentEvent Quiet(Result->OnChange);

@@ -72,23 +72,6 @@ std::int64_t TileSide(double Size)
   return Whole > TSVGPattern::MaxTileSide ? -1 : std::int64_t(Whole);
 }
 
-// The box around Rect's corners under Matrix.
-TRectF TransformedBox(const TRectF &Rect, const TMatrix &Matrix)
-{
-  const TPointF Corners[] = {VXMatrixTransformPoint({Rect.Left, Rect.Top}, Matrix),
-                             VXMatrixTransformPoint({Rect.Right, Rect.Top}, Matrix),
-                             VXMatrixTransformPoint({Rect.Right, Rect.Bottom}, Matrix),
-                             VXMatrixTransformPoint({Rect.Left, Rect.Bottom}, Matrix)};
-  TRectF Box{Corners[0].X, Corners[0].Y, Corners[0].X, Corners[0].Y};
-  for (const TPointF &P : Corners) {
-    Box.Left = std::min(Box.Left, P.X);
-    Box.Top = std::min(Box.Top, P.Y);
-    Box.Right = std::max(Box.Right, P.X);
-    Box.Bottom = std::max(Box.Bottom, P.Y);
-  }
-  return Box;
-}
-
 } // namespace
 
 TSVGPattern::TSVGPattern(TSVGDocument *Owner) : TSVGCustomViewBox(Owner) {}
@@ -173,7 +156,7 @@ std::shared_ptr<TVXGPBitmap> TSVGPattern::GetPattern(TSVGGraphicElement &Element
                   float(Top + double(Rect.Height()) * FHeight->GetPixels()));
   }
   const TMatrix ToDevice = VXMatrixMultiply(FPatternMatrix, VXMatrixMultiply(Matrix, FMatrix));
-  const TRectF R = TransformedBox(Tile, ToDevice);
+  const TRectF R = VXMatrixTransformRect(Tile, ToDevice);
   const std::int64_t Width = TileSide(VXRectWidth(R));
   const std::int64_t Height = TileSide(VXRectHeight(R));
   if (Width < 0 || Height < 0 || Width * Height > MaxTilePixels - TilePixelsInUse)

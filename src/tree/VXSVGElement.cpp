@@ -378,15 +378,7 @@ TRectF TSVGElement::GetBoundsRect(const TMatrix &Matrix) const
   const TRectF R = GetBoundsRect();
   if (VXMatrixEquals(Matrix, VXIdentityMatrix, 1e-5f))
     return R;
-  const TPointF Corners[] = {{R.Left, R.Top}, {R.Right, R.Top}, {R.Right, R.Bottom}, {R.Left, R.Bottom}};
-  TPointF First = VXMatrixTransformPoint(Corners[0], Matrix);
-  TRectF Result = VXRect(First.X, First.Y, First.X, First.Y);
-  for (const TPointF &Corner : Corners) {
-    const TPointF P = VXMatrixTransformPoint(Corner, Matrix);
-    Result = VXRect(std::min(Result.Left, P.X), std::min(Result.Top, P.Y), std::max(Result.Right, P.X),
-                    std::max(Result.Bottom, P.Y));
-  }
-  return Result;
+  return VXMatrixTransformRect(R, Matrix);
 }
 
 TMatrix TSVGElement::FitToRect(const TRectF &Rect) const

@@ -196,4 +196,19 @@ bool PtInRect(const TRectF &R, const TPointF &P)
   return P.X >= R.Left && P.X < R.Right && P.Y >= R.Top && P.Y < R.Bottom;
 }
 
+TRectF VXMatrixTransformRect(const TRectF &R, const TMatrix &M)
+{
+  const TPointF Corners[] = {VXMatrixTransformPoint({R.Left, R.Top}, M), VXMatrixTransformPoint({R.Right, R.Top}, M),
+                             VXMatrixTransformPoint({R.Right, R.Bottom}, M),
+                             VXMatrixTransformPoint({R.Left, R.Bottom}, M)};
+  TRectF Box{Corners[0].X, Corners[0].Y, Corners[0].X, Corners[0].Y};
+  for (const TPointF &P : Corners) {
+    Box.Left = std::min(Box.Left, P.X);
+    Box.Top = std::min(Box.Top, P.Y);
+    Box.Right = std::max(Box.Right, P.X);
+    Box.Bottom = std::max(Box.Bottom, P.Y);
+  }
+  return Box;
+}
+
 } // namespace vx

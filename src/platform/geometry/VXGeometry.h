@@ -68,6 +68,8 @@ TMatrix CreateRotationVXMatrix(const TPointF &Center, float Radians);
 TVXVector VXVector(float X, float Y, float W = 1.0f);
 TVXVector VXMatrixTransform(const TVXVector &V, const TMatrix &M);
 TPointF VXMatrixTransformPoint(const TPointF &P, const TMatrix &M);
+// The axis-aligned box around the four corners of R under M.
+TRectF VXMatrixTransformRect(const TRectF &R, const TMatrix &M);
 
 TPointF VXPoint(float X, float Y);
 TRectF VXRect(float Left, float Top, float Right, float Bottom);
