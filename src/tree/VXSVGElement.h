@@ -76,6 +76,10 @@ public:
   virtual bool IsEnabled() const;
   virtual TSVGOptions GetOptions() const;
   bool IsCompactXML() const { return GetOptions().Contains(soCompactExport); }
+  // True under soStandardSVG. Callers do not test it directly: each behaviour that differs between
+  // the classic and the standard road has one small decision function named after what it decides,
+  // and that function asks this.
+  bool FollowsStandardSVG() const { return GetOptions().Contains(soStandardSVG); }
   virtual TSVGUnitFactors GetUnitFactors() const;
   QString GetFormatStr() const;
 

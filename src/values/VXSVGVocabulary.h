@@ -195,7 +195,10 @@ extern const TSVGFeatureSupport SVGFeatureSupport;
 enum TSVGOption : std::uint8_t {
   soSkipUnknownXML, soUseLocaleForLanguage, soEnforceUniqueID, soApplyClipping, soCompactExport,
   soExportUnknownXML, soExportDisabled, soExportOptimizedBinaryStyleProperties, soFMXRadialGradientPatch,
-  soUseFillText
+  soUseFillText,
+  // Loading, the cascade and drawing follow SVG 1.1 (and what browsers share of CSS and SVG 2)
+  // wherever the classic behaviour differs. Not in the default set.
+  soStandardSVG
 };
 using TSVGOptions = TSet<TSVGOption, std::uint16_t>;
 inline constexpr TSVGOptions DefaultSVGOptions = TSVGOptions::FromBits(443);

@@ -5,6 +5,7 @@
 
 #include <QFileInfo>
 #include <QImage>
+#include <QPainter>
 
 #include <algorithm>
 #include <cstdio>
@@ -44,12 +45,38 @@ qint64 CountDifferences(const QImage &A, const QImage &B)
   return Count;
 }
 
+// B | A | the differing pixels in red over a faded B, each over white, side by side: B is the
+// expected picture, A the actual one.
+QImage SideBySide(const QImage &A, const QImage &B)
+{
+  const int Width = std::max(A.width(), B.width()), Height = std::max(A.height(), B.height());
+  QImage Sheet(Width * 3, Height, QImage::Format_ARGB32_Premultiplied);
+  Sheet.fill(Qt::white);
+  QPainter Painter(&Sheet);
+  Painter.drawImage(0, 0, B);
+  Painter.drawImage(Width, 0, A);
+  Painter.setOpacity(0.25);
+  Painter.drawImage(2 * Width, 0, B);
+  Painter.end();
+  if (A.size() == B.size())
+    for (int Y = 0; Y < A.height(); ++Y) {
+      const auto *RowA = reinterpret_cast<const QRgb *>(A.constScanLine(Y));
+      const auto *RowB = reinterpret_cast<const QRgb *>(B.constScanLine(Y));
+      auto *Out = reinterpret_cast<QRgb *>(Sheet.scanLine(Y)) + 2 * Width;
+      for (int X = 0; X < A.width(); ++X)
+        if (ChannelDifference(RowA[X], RowB[X]) > 32)
+          Out[X] = qRgb(255, 0, 0);
+    }
+  return Sheet;
+}
+
 } // namespace
 
 int RunCompare(const QStringList &Args)
 {
-  if (Args.size() != 2) {
-    PrintError(QStringLiteral("usage: vxsvg compare A.png B.png"));
+  const bool WithSheet = Args.size() == 4 && Args[2] == QLatin1String("--diff");
+  if (Args.size() != 2 && !WithSheet) {
+    PrintError(QStringLiteral("usage: vxsvg compare A.png B.png [--diff SHEET.png]"));
     return ExitUsage;
   }
   QImage Images[2];
@@ -68,6 +95,10 @@ int RunCompare(const QStringList &Args)
                                 qint64(Images[1].width()) * Images[1].height());
   const qint64 Differing = CountDifferences(Images[0], Images[1]);
   const bool Match = Differing * 200 <= Total;
+  if (WithSheet && !SideBySide(Images[0], Images[1]).save(Args[3], "PNG")) {
+    PrintError(QStringLiteral("%1: cannot write the comparison sheet").arg(Args[3]));
+    return ExitUsage;
+  }
   std::printf("%lld of %lld pixels differ: %s\n", static_cast<long long>(Differing), static_cast<long long>(Total),
               Match ? "match" : "differ");
   return Match ? ExitOk : ExitDiffer;

@@ -8,6 +8,15 @@
 
 namespace vx::cli {
 
+namespace {
+bool StandardMode = true;
+}
+
+void SetStandardMode(bool On)
+{
+  StandardMode = On;
+}
+
 void PrintError(const QString &Message)
 {
   std::fprintf(stderr, "vxsvg: %s\n", Message.toUtf8().constData());
@@ -19,6 +28,12 @@ int LoadDocument(TSVGDocument &Document, const QString &FileName)
     PrintError(QStringLiteral("%1: no such file").arg(FileName));
     return ExitUsage;
   }
+  TSVGOptions Options = Document.GetOptions();
+  if (StandardMode)
+    Options.Include(soStandardSVG);
+  else
+    Options.Exclude(soStandardSVG);
+  Document.SetOptions(Options);
   try {
     Document.LoadFromFile(FileName);
   } catch (const std::exception &Error) {

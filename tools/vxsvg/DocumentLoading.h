@@ -7,7 +7,11 @@ class TSVGDocument;
 
 namespace vx::cli {
 
-// Loads FileName into Document. A missing file gives ExitUsage, a file the library refuses
+// Whether documents are loaded under soStandardSVG (the program's default) or with the classic
+// behaviour (--compatible).
+void SetStandardMode(bool On);
+
+// Loads FileName into Document, in the mode SetStandardMode chose. A missing file gives ExitUsage, a file the library refuses
 // ExitLoadFailed; either way the reason is printed.
 int LoadDocument(TSVGDocument &Document, const QString &FileName);
 

@@ -1,5 +1,6 @@
 // vxsvg: the command-line face of the library.
 #include "Commands.h"
+#include "DocumentLoading.h"
 
 #include <QDir>
 #include <QFile>
@@ -17,7 +18,8 @@ namespace {
 const TCommand Commands[] = {
   {"info", "info FILE", "print the element tree of FILE, one element a line, and the element count", RunInfo},
   {"render", "render FILE OUT.png [opts]", "draw FILE into the PNG file OUT.png", RunRender},
-  {"compare", "compare A.png B.png", "count the pixels that differ (over white, by more than 32/255)", RunCompare},
+  {"compare", "compare A.png B.png [--diff S]", "count the pixels that differ (over white, by more than 32/255);\n"
+   "                               --diff writes B | A | the differing pixels in red to S.png", RunCompare},
   {"save", "save FILE OUT.svg [opts]", "load FILE and write it back as SVG (compact unless --full)", RunSave},
   {"hit", "hit FILE X Y [opts]", "name the element (id and type) under pixel (X, Y) as render lays FILE out", RunHit},
 };
@@ -28,6 +30,9 @@ void PrintUsage(FILE *Stream)
   for (const TCommand &Command : Commands)
     std::fprintf(Stream, "  %-28s %s\n", Command.Synopsis, Command.Summary);
   std::fputs("  --help, -h                   show this help\n\n"
+             "Options of every command that reads a picture:\n"
+             "  --compatible                 draw with the library's classic rules instead of SVG 1.1 as\n"
+             "                               browsers draw it (the default; option soStandardSVG)\n\n"
              "Options of render:\n"
              "  --width W, --height H        output size in pixels (1 to 16384); without either, the\n"
              "                               picture's own size (its view box, else its width and\n"
@@ -71,7 +76,8 @@ int main(int argc, char **argv)
     qputenv("XDG_RUNTIME_DIR", QFile::encodeName(Runtime));
   }
   QGuiApplication App(argc, argv);
-  const QStringList Args = App.arguments().mid(1);
+  QStringList Args = App.arguments().mid(1);
+  SetStandardMode(Args.removeAll(QStringLiteral("--compatible")) == 0);
   if (Args.isEmpty()) {
     PrintUsage(stderr);
     return ExitUsage;
