@@ -37,7 +37,7 @@ void TSVGGraphicElement::DoLoadFromXML(const IXMLNode &Node)
   FY.reset(ParsePercent(Node, QStringLiteral("y"), FY.release(), 0, 1));
   FWidth.reset(ParsePercent(Node, QStringLiteral("width"), FWidth.release(), 0, 1));
   FHeight.reset(ParsePercent(Node, QStringLiteral("height"), FHeight.release(), 0, 1));
-  FMatrix = ParseTransformation(ParseAttrString(Node, QStringLiteral("transform")));
+  FMatrix = LoadTransform(ParseAttrString(Node, QStringLiteral("transform")));
 }
 
 void TSVGGraphicElement::ApplyStyles()
@@ -49,6 +49,10 @@ void TSVGGraphicElement::ApplyStyles()
 
 void TSVGGraphicElement::ApplyMatchingStyles(const TVXStringObjectHashTable<TSVGStyle> *Sheet)
 {
+  if (CascadesAsCSS()) {
+    ApplyCascadedStyles(Sheet);
+    return;
+  }
   TPriorityList Styles;
   Styles.Add(&FStyle, InlineStylePriority);
   if (Sheet) {

@@ -89,6 +89,10 @@ public:
   // Whether paints, colours and opacities are read as CSS reads them: Color 4 forms, a fallback
   // behind a reference, percentages, invalid text ignored, currentColor taken where the paint is used.
   bool ReadsPaintAsCSS() const { return FollowsStandardSVG(); }
+  // Whether styles cascade as CSS: presentation attributes below every rule, rules by specificity
+  // and then by order, the style attribute above them, !important above all; transform and
+  // transform-origin as properties; a transform that cannot be read is ignored.
+  bool CascadesAsCSS() const { return FollowsStandardSVG(); }
 
   // The paints as resolved (inherited pieces merged); outside a load they resolve on first use.
   virtual TSVGBrush &GetBrush();
@@ -372,6 +376,10 @@ private:
   void ApplyFontStyle(const TSVGStyle &Style, const TSVGUnitFactors &Factors);
   void ApplyMarkerStyle(const TSVGStyle &Style);
   void ApplyCSSColorStyle(const QString &Text);
+  void ApplyCascadedStyles(const TVXStringObjectHashTable<TSVGStyle> *Sheet);
+  // The transform and transform-origin that Style names, as the element's matrix.
+  void ApplyTransformStyle(const TSVGStyle &Style);
+  TMatrix LoadTransform(const QString &Text) const;
   // A paint read as CSS; Keyword keeps what is resolved where the paint is used (currentColor).
   template <typename TPaint>
   void ApplyCSSPaintStyle(const QString &Text, TSVGStyleProperty Property, TPaint &Paint, TSVGPaintKeyword &Keyword);

@@ -3,6 +3,7 @@
 #include "platform/rtl/VXSysUtils.h"
 #include "values/VXSVGColors.h"
 
+#include <QRegularExpression>
 #include <QStringList>
 
 #include <algorithm>
@@ -216,6 +217,47 @@ bool TryParseCSSPaint(const QString &S, TSVGCSSPaint &Paint)
   if (Fallback.isEmpty())
     return true;
   return TryKeyword(Fallback, Paint) && Paint.Keyword != pkContextFill && Paint.Keyword != pkContextStroke;
+}
+
+QString CSSTransformToSVG(const QString &S)
+{
+  static const QRegularExpression Units(QStringLiteral("([0-9.])(deg|px)"));
+  return QString(S).replace(Units, QStringLiteral("\\1"));
+}
+
+namespace {
+
+// One value of transform-origin along an axis of Size: a keyword, a percentage or pixels.
+bool TryOriginValue(const QString &Token, float Size, float &Value)
+{
+  static const std::array<std::pair<const char *, float>, 5> Keywords = {{
+      {"left", 0.0f}, {"top", 0.0f}, {"center", 0.5f}, {"right", 1.0f}, {"bottom", 1.0f},
+  }};
+  for (const auto &[Name, Fraction] : Keywords)
+    if (Token == QLatin1String(Name)) {
+      Value = Fraction * Size;
+      return true;
+    }
+  double Number = 0;
+  if (!TryComponent(Token.endsWith(QLatin1String("px")) ? Token.chopped(2) : Token, Size, Number))
+    return false;
+  Value = float(Number);
+  return true;
+}
+
+} // namespace
+
+bool TryParseTransformOrigin(const QString &S, float Width, float Height, float &X, float &Y)
+{
+  const QStringList Tokens = Trim(S).split(u' ', Qt::SkipEmptyParts);
+  if (Tokens.isEmpty() || Tokens.size() > 3)
+    return false;
+  const QString Center = QStringLiteral("center");
+  const QString Second = Tokens.size() > 1 ? Tokens[1] : Center;
+  // A vertical keyword first, or a horizontal one second, names the axes the other way round.
+  const bool Swapped = Tokens[0] == QLatin1String("top") || Tokens[0] == QLatin1String("bottom") ||
+                       Second == QLatin1String("left") || Second == QLatin1String("right");
+  return TryOriginValue(Swapped ? Second : Tokens[0], Width, X) && TryOriginValue(Swapped ? Tokens[0] : Second, Height, Y);
 }
 
 } // namespace vx

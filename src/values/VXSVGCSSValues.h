@@ -38,4 +38,13 @@ struct TSVGCSSPaint
 // followed by one of the first three. "inherit" is left to the caller.
 bool TryParseCSSPaint(const QString &S, TSVGCSSPaint &Paint);
 
+// A transform of the CSS property in the attribute's syntax: the units that CSS writes behind
+// angles and lengths ("deg", "px") are dropped.
+QString CSSTransformToSVG(const QString &S);
+
+// The point that transform-origin names, in user units, for a reference box of Width by Height:
+// one or two keywords (left, center, right, top, bottom), percentages of the box, or numbers in
+// pixels; a third value (the depth) is read past. False for text that is no origin.
+bool TryParseTransformOrigin(const QString &S, float Width, float Height, float &X, float &Y);
+
 } // namespace vx
