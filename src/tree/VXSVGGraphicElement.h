@@ -8,6 +8,7 @@
 // (graphics/VXSVGPresentation.cpp), paint resolution (graphics/VXSVGPaintResolution.cpp) and the
 // draw frame (graphics/VXSVGDrawPipeline.cpp).
 #include "platform/common/VXDictionary.h"
+#include "platform/vectorkit/VXGPLayer.h"
 #include "platform/vectorkit/VXGPPath.h"
 #include "tree/VXSVGElement.h"
 #include "tree/VXSVGStyle.h"
@@ -64,8 +65,14 @@ public:
   float GetOpacity() const;
   // Clamped to 0..1; an inherited opacity stays marked inherited.
   void SetOpacity(float Value);
-  // The product of the opacities up the graphic parents.
+  // The opacity folded into each paint: the product of the opacities up the graphic parents, or 1
+  // where the layers of the elements apply their opacities (GroupOpacityNeedsLayer).
   float GetAbsoluteOpacity() const;
+  // mix-blend-mode and isolation, read from style sheets and style attributes only (graphics/VXSVGLayers.cpp).
+  TVXGPBlendMode GetBlendMode() const { return FBlendMode; }
+  void SetBlendMode(TVXGPBlendMode Value);
+  bool IsIsolated() const { return FIsolated; }
+  void SetIsolated(bool Value);
   TSVGShapeRendering GetShapeRendering() const;
   void SetShapeRendering(TSVGShapeRendering Value);
   TSVGTextAlign GetTextAlign() const;
@@ -241,6 +248,16 @@ protected:
   // Draws the element's own geometry; true when something was drawn, which markers follow.
   virtual bool DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
   virtual void DrawChildren(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
+  // --- layers (graphics/VXSVGLayers.cpp) ---
+  // Whether an element's opacity, blend mode and isolation are applied by drawing it into a layer
+  // of its own, composited once (so overlaps inside do not show), instead of folding the opacities
+  // of the ancestors into each paint.
+  bool GroupOpacityNeedsLayer() const;
+  // The layer the element and its children are drawn into, or nil when it needs none; it is
+  // offscreen only when more than one painted part could overlap, or for a blend or isolation.
+  std::unique_ptr<TVXGPLayer> OpenLayer(TVXGPCanvas &Canvas) const;
+  // Draws Layer (when there is one) onto the canvas with the element's blend mode.
+  void CompositeLayer(TVXGPLayer *Layer) const;
   // Fill, then stroke, of Path transformed by Matrix, with the opacities folded in.
   void DrawPath(const TVXGPPath &Path, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
   void DrawPath(const TVXPathData &Path, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
@@ -391,6 +408,16 @@ private:
   // What fill and stroke name that is resolved at use (pkAbsent for a plain paint); standard road only.
   TSVGPaintKeyword FFillKeyword = pkAbsent;
   TSVGPaintKeyword FStrokeKeyword = pkAbsent;
+  // Keeps the compositing declarations of the style attribute; presentation attributes of those
+  // names are not honoured.
+  void ReadCompositingStyle(const QString &StyleText);
+  void ApplyCompositingStyle(const TSVGStyle &Style);
+  bool HasSeveralPaintedParts() const;
+
+  TVXGPBlendMode FBlendMode = bmNormal;
+  bool FIsolated = false;
+  // mix-blend-mode and isolation as the style attribute declared them (empty when it did not).
+  QString FStyleBlendMode, FStyleIsolation;
 };
 
 // Rendering modes of the canvas from the presentation keywords.
