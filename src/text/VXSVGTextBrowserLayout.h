@@ -1,0 +1,94 @@
+#pragma once
+// The standard road of text layout: a text tree laid out as browsers do. The characters of the
+// whole tree are collected with their white space processed across spans, given their x, y, dx, dy
+// and rotate by their index in the whole text, cut into chunks at absolutely positioned characters,
+// shaped per chunk by the text engine (kerning, ligatures, fallback fonts, right-to-left runs),
+// anchored on their advances, moved by their baseline shifts, and turned into outlines in the shapes
+// of the elements that own them, so that drawing, clipping and hit testing are those of the
+// documented road.
+#include "platform/textengine/VXTextEngine.h"
+
+#include <QPainterPath>
+#include <QTransform>
+
+#include <map>
+#include <optional>
+#include <vector>
+
+namespace vx {
+
+class TSVGCustomText;
+class TSVGText;
+
+class TSVGBrowserTextLayout
+{
+public:
+  explicit TSVGBrowserTextLayout(TSVGText &Root);
+  // Builds the outlines into the shapes of the text tree (which the caller has emptied).
+  void Run();
+  // Whether a text tree is one this road lays out; the rest keep the documented layout for now.
+  static bool Handles(const TSVGText &Root);
+
+private:
+  // One addressable character (a code point) with the element that owns it.
+  struct TChar
+  {
+    char32_t Code = 0;
+    TSVGCustomText *Owner = nullptr;
+    bool Preserve = false;
+    std::optional<float> X, Y;
+    float DX = 0, DY = 0;
+    std::optional<float> Rotate;
+  };
+  // What the shaping of one owner needs: its face, size and features.
+  struct TStyle
+  {
+    TVXFontFacePtr Face;
+    TVXFontQuery Query;
+    float Size = 0;
+    bool Kerning = true;
+    bool SmallCaps = false;
+    float LetterSpacing = 0;
+    float WordSpacing = 0;
+    // Downwards, in user units: baseline-shift and the dominant and alignment baselines.
+    float BaselineOffset = 0;
+  };
+  // Glyphs of one cluster, placed.
+  struct TCluster
+  {
+    int Char = 0;
+    // The UTF-16 index in the chunk's text that the shaper gave it.
+    int Unit = 0;
+    float Advance = 0;
+    bool RelativeShift = false;
+    QTransform Transform;
+    std::vector<const TVXShapedGlyph *> Glyphs;
+  };
+
+  // The characters of an element and its descendants (its range).
+  struct TRange
+  {
+    TSVGCustomText *Element;
+    int Begin, End;
+  };
+
+  void Collect(TSVGCustomText &Element);
+  void CollapseWhiteSpace();
+  // The x, y, dx, dy and rotate of every element onto its range of characters, outer first.
+  void ResolvePositions();
+  void LayOutChunk(int Start, int End);
+  const TStyle &StyleOf(TSVGCustomText *Owner);
+  QPainterPath &PathOf(TSVGCustomText *Owner);
+  void AddDecorations(TSVGCustomText *Owner, const TStyle &Style, const std::vector<TCluster> &Clusters,
+                      const QTransform &ChunkTransform);
+
+  TSVGText &FRoot;
+  std::vector<TChar> FChars;
+  std::vector<TRange> FRanges;
+  std::vector<std::pair<TSVGCustomText *, QPainterPath>> FPaths;
+  std::map<const TSVGCustomText *, TStyle> FStyles;
+  // The pen after the last chunk.
+  float FLastX = 0, FLastY = 0;
+};
+
+} // namespace vx
