@@ -1,6 +1,7 @@
 #include "text/VXSVGTextBrowserLayout.h"
 
 #include "text/VXSVGText.h"
+#include "platform/vectorkit/VXGPPath.h"
 
 #include <algorithm>
 #include <cmath>
@@ -50,6 +51,17 @@ QStringList FamiliesOf(const TSVGGraphicElement &Element)
     if (const QString Family = Families[I].trimmed(); !Family.isEmpty())
       Result.append(Family);
   return Result;
+}
+
+// The spacing property that holds for Element: browsers inherit letter-spacing, word-spacing and
+// kerning, so the nearest element that sets one decides. Nil: the automatic value.
+const TSVGStylePropertyAutoLength *InheritedSpacing(const TSVGGraphicElement &Element,
+                                                    TSVGStylePropertyAutoLength &(TSVGGraphicElement::*Property)() const)
+{
+  for (const TSVGGraphicElement *E = &Element; E; E = E->GetGraphicParent())
+    if (!(E->*Property)().IsAutomatic())
+      return &(E->*Property)();
+  return nullptr;
 }
 
 double Scale(const TVXFontFace &Face, float Size)
@@ -165,6 +177,20 @@ bool TakesLetterSpacing(char32_t Ch)
   }
 }
 
+template <typename TSegment>
+QPointF CubicPoint(const TSegment &S, double T)
+{
+  const double U = 1 - T;
+  return U * U * U * S.P0 + 3 * U * U * T * S.P1 + 3 * U * T * T * S.P2 + T * T * T * S.P3;
+}
+
+template <typename TSegment>
+QPointF CubicTangent(const TSegment &S, double T)
+{
+  const double U = 1 - T;
+  return 3 * U * U * (S.P1 - S.P0) + 6 * U * T * (S.P2 - S.P1) + 3 * T * T * (S.P3 - S.P2);
+}
+
 void AppendCode(QString &Text, char32_t Code)
 {
   if (Code > 0xFFFF) {
@@ -183,30 +209,20 @@ TSVGBrowserTextLayout::TSVGBrowserTextLayout(TSVGText &Root) : FRoot(Root)
 
 bool TSVGBrowserTextLayout::Handles(const TSVGText &Root)
 {
-  // Text on a path and vertical text keep the documented placement.
-  if (Root.IsVertical())
-    return false;
-  std::vector<const TSVGElement *> Pending{&Root};
-  while (!Pending.empty()) {
-    const TSVGElement *E = Pending.back();
-    Pending.pop_back();
-    if (dynamic_cast<const TSVGTextPath *>(E))
-      return false;
-    for (int I = 0; I < E->Count(); ++I)
-      Pending.push_back((*E)[I]);
-  }
-  return true;
+  // Vertical text keeps the documented placement.
+  return !Root.IsVertical();
 }
 
 void TSVGBrowserTextLayout::Run()
 {
-  Collect(FRoot);
+  Collect(FRoot, nullptr);
   CollapseWhiteSpace();
   ResolvePositions();
   const int Count = int(FChars.size());
   for (int Start = 0; Start < Count;) {
     int End = Start + 1;
-    while (End < Count && !FChars[std::size_t(End)].X && !FChars[std::size_t(End)].Y)
+    while (End < Count && !FChars[std::size_t(End)].X && !FChars[std::size_t(End)].Y &&
+           FChars[std::size_t(End)].Path == FChars[std::size_t(End - 1)].Path)
       ++End;
     LayOutChunk(Start, End);
     Start = End;
@@ -217,8 +233,10 @@ void TSVGBrowserTextLayout::Run()
 
 // --- characters --------------------------------------------------------------------------------
 
-void TSVGBrowserTextLayout::Collect(TSVGCustomText &Element)
+void TSVGBrowserTextLayout::Collect(TSVGCustomText &Element, TSVGTextPath *Path)
 {
+  if (auto *TextPath = dynamic_cast<TSVGTextPath *>(&Element))
+    Path = TextPath;
   const bool Preserve = Element.FPreserveSpace;
   const int Begin = int(FChars.size());
   const std::size_t Range = FRanges.size();
@@ -242,11 +260,12 @@ void TSVGBrowserTextLayout::Collect(TSVGCustomText &Element)
     Char.Code = Code;
     Char.Owner = &Element;
     Char.Preserve = Preserve;
+    Char.Path = Path;
     FChars.push_back(Char);
   }
   for (int I = 0; I < Element.Count(); ++I)
     if (auto *Child = dynamic_cast<TSVGCustomText *>(Element[I]))
-      Collect(*Child);
+      Collect(*Child, Path);
   FRanges[Range].End = int(FChars.size());
 }
 
@@ -325,12 +344,12 @@ const TSVGBrowserTextLayout::TStyle &TSVGBrowserTextLayout::StyleOf(TSVGCustomTe
     Style.Query.Slant = TVXFontQuery::slItalic;
   Style.Face = TVXTextEngine::MatchFont(Style.Query);
   Style.Size = std::isfinite(Font.GetSize()) ? std::max(0.0f, Font.GetSize()) : 0.0f;
-  Style.Kerning = Owner->Kerning().IsAutomatic();
+  Style.Kerning = !InheritedSpacing(*Owner, &TSVGGraphicElement::Kerning);
   Style.SmallCaps = Font.GetFontVariant() == fvSmallCaps && Style.Face->HasSmallCaps();
-  if (!Owner->LetterSpacing().IsAutomatic())
-    Style.LetterSpacing = Owner->LetterSpacing().GetValue();
-  if (!Owner->WordSpacing().IsAutomatic())
-    Style.WordSpacing = Owner->WordSpacing().GetValue();
+  if (const TSVGStylePropertyAutoLength *Spacing = InheritedSpacing(*Owner, &TSVGGraphicElement::LetterSpacing))
+    Style.LetterSpacing = Spacing->GetValue();
+  if (const TSVGStylePropertyAutoLength *Spacing = InheritedSpacing(*Owner, &TSVGGraphicElement::WordSpacing))
+    Style.WordSpacing = Spacing->GetValue();
   const TVXFontMetrics &M = Style.Face->Metrics();
   const double S = Scale(*Style.Face, Style.Size);
   TSVGAlignmentBaseline Alignment = Owner->Inherits().Value().Contains(ipAlignmentBaseline)
@@ -377,17 +396,21 @@ void TSVGBrowserTextLayout::LayOutChunk(int Start, int End)
   std::vector<TCluster> Clusters;
   for (const TVXShapedGlyph &G : Glyphs) {
     const int Char = CharOfUnit[std::size_t(G.Cluster)];
-    if (Clusters.empty() || Clusters.back().Unit != G.Cluster || Clusters.back().Glyphs.front()->Face != G.Face)
-      Clusters.push_back({Char, G.Cluster, 0, false, {}, {}});
+    if (Clusters.empty() || Clusters.back().Unit != G.Cluster || Clusters.back().Glyphs.front()->Face != G.Face) {
+      Clusters.emplace_back();
+      Clusters.back().Char = Char;
+      Clusters.back().Unit = G.Cluster;
+    }
     TCluster &C = Clusters.back();
     C.Glyphs.push_back(&G);
     const TStyle &S = StyleOf(FChars[std::size_t(Char)].Owner);
-    C.Advance += float(G.XAdvance * Scale(*G.Face, S.Size));
+    C.Width += float(G.XAdvance * Scale(*G.Face, S.Size));
   }
   for (std::size_t I = 0; I < Clusters.size(); ++I) {
     TCluster &C = Clusters[I];
     const TChar &Char = FChars[std::size_t(C.Char)];
     const TStyle &S = StyleOf(Char.Owner);
+    C.Advance = C.Width;
     // No spacing after the last cluster: it would move the anchor and the box.
     if (I + 1 < Clusters.size() && TakesLetterSpacing(Char.Code))
       C.Advance += S.LetterSpacing;
@@ -405,8 +428,6 @@ void TSVGBrowserTextLayout::LayOutChunk(int Start, int End)
   for (const TCluster &C : Clusters)
     Width += C.Advance;
   const TChar &First = FChars[std::size_t(Start)];
-  const float ChunkX = First.X ? *First.X : FLastX;
-  const float ChunkY = First.Y ? *First.Y : FLastY;
   double X = 0, Y = 0;
   switch (First.Owner->TSVGGraphicElement::GetTextAlign()) {
   case staCenter:
@@ -418,6 +439,14 @@ void TSVGBrowserTextLayout::LayOutChunk(int Start, int End)
   default:
     break;
   }
+  if (First.Path) {
+    // Along a path, the chunk's x is one more offset along it.
+    PlaceOnPath(*First.Path, X + First.X.value_or(0), Clusters);
+    EmitOutlines(Clusters, true);
+    return;
+  }
+  const float ChunkX = First.X ? *First.X : FLastX;
+  const float ChunkY = First.Y ? *First.Y : FLastY;
   for (TCluster &C : Clusters) {
     const TChar &Char = FChars[std::size_t(C.Char)];
     X += Char.DX;
@@ -432,17 +461,24 @@ void TSVGBrowserTextLayout::LayOutChunk(int Start, int End)
   }
   FLastX = float(ChunkX + X);
   FLastY = float(ChunkY + Y);
+  for (TCluster &C : Clusters)
+    C.Transform *= QTransform::fromTranslate(ChunkX, ChunkY);
+  EmitOutlines(Clusters, false);
+}
 
-  // Outlines into the paths of the owners; each owner's baseline moves its own glyphs.
+void TSVGBrowserTextLayout::EmitOutlines(const std::vector<TCluster> &Clusters, bool OnPath)
+{
+  // Outlines into the paths of the owners; each owner's baseline moves its own glyphs (on a path
+  // the placement has done so already).
   std::vector<TSVGCustomText *> Owners;
   for (const TCluster &C : Clusters) {
     TSVGCustomText *Owner = FChars[std::size_t(C.Char)].Owner;
     const TStyle &S = StyleOf(Owner);
     if (std::find(Owners.begin(), Owners.end(), Owner) == Owners.end())
       Owners.push_back(Owner);
-    if (!(S.Size > 0))
+    if (!(S.Size > 0) || C.Hidden)
       continue;
-    const QTransform Chunk = QTransform::fromTranslate(ChunkX, ChunkY + S.BaselineOffset);
+    const QTransform Chunk = QTransform::fromTranslate(0, OnPath ? 0 : S.BaselineOffset);
     QPainterPath &Path = PathOf(Owner);
     double Pen = 0;
     for (const TVXShapedGlyph *G : C.Glyphs) {
@@ -453,7 +489,110 @@ void TSVGBrowserTextLayout::LayOutChunk(int Start, int End)
     }
   }
   for (TSVGCustomText *Owner : Owners)
-    AddDecorations(Owner, StyleOf(Owner), Clusters, QTransform::fromTranslate(ChunkX, ChunkY + StyleOf(Owner).BaselineOffset));
+    AddDecorations(Owner, StyleOf(Owner), Clusters,
+                   QTransform::fromTranslate(0, OnPath ? 0 : StyleOf(Owner).BaselineOffset));
+}
+
+// --- text on a path ----------------------------------------------------------------------------
+
+const TSVGBrowserTextLayout::TFlowPath &TSVGBrowserTextLayout::FlowPathOf(TSVGTextPath &TextPath)
+{
+  if (auto It = FFlowPaths.find(&TextPath); It != FFlowPaths.end())
+    return It->second;
+  TFlowPath Flow;
+  TVXGPPath Outline(nullptr);
+  Outline.Assign(TextPath.GetPath());
+  const QPainterPath &Path = Outline.QPath();
+  QPointF Current;
+  for (int I = 0; I < Path.elementCount(); ++I) {
+    const QPainterPath::Element E = Path.elementAt(I);
+    TFlowPath::TSegment Segment;
+    if (E.isMoveTo()) {
+      Current = E;
+      continue;
+    }
+    const bool Line = !E.isCurveTo() || I + 2 >= Path.elementCount();
+    if (!Line) {
+      Segment = {Current, E, Path.elementAt(I + 1), Path.elementAt(I + 2), Flow.Length, {}};
+      I += 2;
+    } else {
+      // Control points at the thirds make the parameter run evenly along the line.
+      const QPointF End = E;
+      Segment = {Current, Current + (End - Current) / 3, Current + (End - Current) * 2 / 3, End, Flow.Length, {}};
+    }
+    // Lines need one step; curves enough for lengths well below a hundredth of a unit.
+    const int Steps = Line ? 1 : 256;
+    Segment.Lengths.reserve(std::size_t(Steps) + 1);
+    Segment.Lengths.push_back(0);
+    QPointF Previous = Segment.P0;
+    for (int K = 1; K <= Steps; ++K) {
+      const QPointF P = CubicPoint(Segment, double(K) / Steps);
+      Segment.Lengths.push_back(Segment.Lengths.back() + QLineF(Previous, P).length());
+      Previous = P;
+    }
+    Flow.Length += Segment.Lengths.back();
+    Current = Segment.P3;
+    Flow.Segments.push_back(std::move(Segment));
+  }
+  return FFlowPaths.emplace(&TextPath, std::move(Flow)).first->second;
+}
+
+bool TSVGBrowserTextLayout::TFlowPath::At(double Distance, QPointF &Point, double &Angle) const
+{
+  if (Distance < 0 || Distance > Length)
+    return false;
+  for (const TSegment &S : Segments) {
+    const double Own = S.Lengths.back();
+    if (Distance > S.Start + Own && &S != &Segments.back())
+      continue;
+    const double D = std::clamp(Distance - S.Start, 0.0, Own);
+    const auto Step = std::lower_bound(S.Lengths.begin(), S.Lengths.end(), D);
+    const std::size_t K = std::max<std::size_t>(1, std::size_t(Step - S.Lengths.begin()));
+    const double L0 = S.Lengths[std::min(K, S.Lengths.size() - 1) - 1], L1 = S.Lengths[std::min(K, S.Lengths.size() - 1)];
+    const double Steps = double(S.Lengths.size() - 1);
+    const double T = std::clamp((double(K - 1) + (L1 > L0 ? (D - L0) / (L1 - L0) : 0)) / Steps, 0.0, 1.0);
+    Point = CubicPoint(S, T);
+    QPointF Tangent = CubicTangent(S, T);
+    if (Tangent.isNull())
+      Tangent = S.P3 - S.P0;
+    Angle = std::atan2(Tangent.y(), Tangent.x()) * 180 / M_PI;
+    return true;
+  }
+  return false;
+}
+
+void TSVGBrowserTextLayout::PlaceOnPath(TSVGTextPath &TextPath, double Offset, std::vector<TCluster> &Clusters)
+{
+  const TFlowPath &Flow = FlowPathOf(TextPath);
+  const TSVGLength &StartOffset = TextPath.StartOffset();
+  Offset += StartOffset.IsPercent() ? StartOffset.GetPercentValue(0, float(Flow.Length)) : StartOffset.GetPixels();
+  double Advance = Offset, DY = 0;
+  for (TCluster &C : Clusters) {
+    const TChar &Char = FChars[std::size_t(C.Char)];
+    Advance += Char.DX;
+    DY += Char.DY;
+    // Glyphs turn about the middle of their advance on the baseline.
+    const double Half = C.Width / 2;
+    const double Middle = Advance + Half;
+    Advance += C.Advance;
+    C.RelativeShift = true;
+    QPointF At;
+    double Angle = 0;
+    if (!Flow.At(Middle, At, Angle)) {
+      C.Hidden = true;
+      continue;
+    }
+    QTransform Placed = QTransform::fromTranslate(At.x() - Half, At.y());
+    Placed.translate(Half, 0);
+    Placed.rotate(Angle);
+    Placed.translate(-Half, 0);
+    Placed.translate(0, DY + StyleOf(Char.Owner).BaselineOffset);
+    if (Char.Rotate && *Char.Rotate != 0)
+      Placed.rotate(*Char.Rotate);
+    C.Transform = Placed;
+    FLastX = float(At.x() + C.Advance);
+    FLastY = float(At.y());
+  }
 }
 
 QPainterPath &TSVGBrowserTextLayout::PathOf(TSVGCustomText *Owner)
@@ -496,7 +635,7 @@ void TSVGBrowserTextLayout::AddDecorations(TSVGCustomText *Owner, const TStyle &
   std::vector<TLine> Lines;
   bool Started = false;
   for (const TCluster &C : Clusters) {
-    if (FChars[std::size_t(C.Char)].Owner != Owner) {
+    if (FChars[std::size_t(C.Char)].Owner != Owner || C.Hidden) {
       Started = false;
       continue;
     }

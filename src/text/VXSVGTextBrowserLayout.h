@@ -19,6 +19,7 @@ namespace vx {
 
 class TSVGCustomText;
 class TSVGText;
+class TSVGTextPath;
 
 class TSVGBrowserTextLayout
 {
@@ -39,6 +40,8 @@ private:
     std::optional<float> X, Y;
     float DX = 0, DY = 0;
     std::optional<float> Rotate;
+    // The text path the character flows along, if any.
+    TSVGTextPath *Path = nullptr;
   };
   // What the shaping of one owner needs: its face, size and features.
   struct TStyle
@@ -59,8 +62,12 @@ private:
     int Char = 0;
     // The UTF-16 index in the chunk's text that the shaper gave it.
     int Unit = 0;
+    // The shaped advance, and that with the spacing properties.
+    float Width = 0;
     float Advance = 0;
     bool RelativeShift = false;
+    // Off the end of its text path.
+    bool Hidden = false;
     QTransform Transform;
     std::vector<const TVXShapedGlyph *> Glyphs;
   };
@@ -72,11 +79,32 @@ private:
     int Begin, End;
   };
 
-  void Collect(TSVGCustomText &Element);
+  // The outline of a text path as cubic segments, each with the arc length at even steps of its
+  // parameter, so that a distance along the path finds its point and direction exactly.
+  struct TFlowPath
+  {
+    struct TSegment
+    {
+      QPointF P0, P1, P2, P3;
+      double Start = 0;
+      std::vector<double> Lengths;
+    };
+    std::vector<TSegment> Segments;
+    double Length = 0;
+    // The point at Distance and the direction there in degrees; false past either end.
+    bool At(double Distance, QPointF &Point, double &Angle) const;
+  };
+
+  void Collect(TSVGCustomText &Element, TSVGTextPath *Path);
   void CollapseWhiteSpace();
   // The x, y, dx, dy and rotate of every element onto its range of characters, outer first.
   void ResolvePositions();
   void LayOutChunk(int Start, int End);
+  // Places the clusters of a chunk along its text path; clusters off the path are hidden.
+  void PlaceOnPath(TSVGTextPath &TextPath, double Offset, std::vector<TCluster> &Clusters);
+  const TFlowPath &FlowPathOf(TSVGTextPath &TextPath);
+  // The outlines and decorations of placed clusters into the paths of their elements.
+  void EmitOutlines(const std::vector<TCluster> &Clusters, bool OnPath);
   const TStyle &StyleOf(TSVGCustomText *Owner);
   QPainterPath &PathOf(TSVGCustomText *Owner);
   void AddDecorations(TSVGCustomText *Owner, const TStyle &Style, const std::vector<TCluster> &Clusters,
@@ -87,6 +115,7 @@ private:
   std::vector<TRange> FRanges;
   std::vector<std::pair<TSVGCustomText *, QPainterPath>> FPaths;
   std::map<const TSVGCustomText *, TStyle> FStyles;
+  std::map<const TSVGTextPath *, TFlowPath> FFlowPaths;
   // The pen after the last chunk.
   float FLastX = 0, FLastY = 0;
 };
