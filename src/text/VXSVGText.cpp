@@ -38,6 +38,19 @@ void ReplaceLengths(std::unique_ptr<TSVGLengths> &Target, const TSVGLengths &Sou
   Source.Clone(Target.get());
 }
 
+// The value of a property written on Node: in its style attribute, else as an attribute unless the
+// property is a CSS one that browsers read from style alone.
+QString DeclaredProperty(const IXMLNode &Node, const QString &Name, bool StyleOnly = false)
+{
+  const QString Style = Node.GetAttribute(QStringLiteral("style"));
+  for (const QString &Declaration : Style.split(QLatin1Char(';'))) {
+    const qsizetype Colon = Declaration.indexOf(QLatin1Char(':'));
+    if (Colon > 0 && Declaration.left(Colon).trimmed() == Name)
+      return Declaration.mid(Colon + 1).trimmed();
+  }
+  return StyleOnly ? QString() : Node.GetAttribute(Name).trimmed();
+}
+
 // Whether xml:space="preserve" holds at Node, set on it or on the nearest element above that says.
 bool SpacePreserved(IXMLNode Node)
 {
@@ -462,6 +475,17 @@ void TSVGCustomText::DoLoadFromXML(const IXMLNode &Node)
   if (IsCharacterData(Node))
     FText = LoadedText(Node);
   FPreserveSpace = LaysOutAsBrowsers() && SpacePreserved(Node);
+  FBrowserProperties = {};
+  if (LaysOutAsBrowsers() && Node.NodeType() == ntElement) {
+    FBrowserProperties.FontVariationSettings = DeclaredProperty(Node, QStringLiteral("font-variation-settings"));
+    FBrowserProperties.FontStretch = DeclaredProperty(Node, QStringLiteral("font-stretch"));
+    FBrowserProperties.FontKerning = DeclaredProperty(Node, QStringLiteral("font-kerning"), true);
+    FBrowserProperties.FontStyle = DeclaredProperty(Node, QStringLiteral("font-style"));
+    TSVGUnit Unit = suNone;
+    FBrowserProperties.TextLength =
+      ParseLength(Node.GetAttribute(QStringLiteral("textLength")), -1, Unit, GetUnitFactors());
+    FBrowserProperties.SpacingAndGlyphs = Node.GetAttribute(QStringLiteral("lengthAdjust")) == QLatin1String("spacingAndGlyphs");
+  }
   ParseLengths(Node, QStringLiteral("x"), FX.get(), 0, 1);
   ParseLengths(Node, QStringLiteral("y"), FY.get(), 0, 1);
   ParseLengths(Node, QStringLiteral("dx"), FDX.get(), 0, 1);

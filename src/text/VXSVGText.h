@@ -57,6 +57,16 @@ struct TSVGTextChunk
 };
 using TSVGTextChunks = std::vector<TSVGTextChunk>;
 
+// Text properties that only the standard road reads, as written on the element (its attribute, or
+// its style attribute, which wins).
+struct TSVGBrowserTextProperties
+{
+  QString FontVariationSettings, FontStretch, FontKerning, FontStyle;
+  // textLength in user units; below 0 when not given.
+  float TextLength = -1;
+  bool SpacingAndGlyphs = false;
+};
+
 // Glyph paths by the element that owns them, in the order the elements first came.
 using TSVGTextPaths = std::vector<std::pair<TSVGCustomText *, std::unique_ptr<TVXGPPath>>>;
 
@@ -219,6 +229,7 @@ protected:
   std::unique_ptr<TSVGLengths> FX, FY, FDX, FDY;
   // xml:space="preserve" holds for the element's own text (standard road).
   bool FPreserveSpace = false;
+  TSVGBrowserTextProperties FBrowserProperties;
 
   // The box of all outlines of the text tree; false while they are stale or there are none.
   bool OutlineBounds(TRectF &Box) const;

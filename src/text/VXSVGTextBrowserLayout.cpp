@@ -64,6 +64,51 @@ const TSVGStylePropertyAutoLength *InheritedSpacing(const TSVGGraphicElement &El
   return nullptr;
 }
 
+// A text property written on Element or, as browsers inherit it, on its nearest text ancestor.
+QString InheritedProperty(const TSVGCustomText &Element, QString TSVGBrowserTextProperties::*Property,
+                          const TSVGBrowserTextProperties &(*Of)(const TSVGCustomText &))
+{
+  for (const TSVGCustomText *E = &Element; E; E = E->TextParent())
+    if (const QString &Value = Of(*E).*Property; !Value.isEmpty() && Value != QLatin1String("inherit"))
+      return Value;
+  return {};
+}
+
+// "'wght' 700, 'wdth' 50" into axis settings.
+std::vector<std::pair<QByteArray, float>> ParseVariations(const QString &Text)
+{
+  std::vector<std::pair<QByteArray, float>> Result;
+  for (const QString &Item : Text.split(QLatin1Char(','))) {
+    const QString Setting = Item.trimmed();
+    if (Setting.size() < 7 || (Setting[0] != QLatin1Char('\'') && Setting[0] != QLatin1Char('"')) ||
+        Setting[5] != Setting[0])
+      continue;
+    bool Ok = false;
+    const float Value = Setting.mid(6).trimmed().toFloat(&Ok);
+    if (Ok)
+      Result.emplace_back(Setting.mid(1, 4).toLatin1(), Value);
+  }
+  return Result;
+}
+
+// font-stretch as a percentage of the normal width; 0 when not understood.
+int StretchPercent(const QString &Text)
+{
+  static const std::pair<const char *, int> Keywords[] = {
+    {"ultra-condensed", 50}, {"extra-condensed", 62}, {"condensed", 75},      {"semi-condensed", 87},
+    {"normal", 100},         {"semi-expanded", 112},  {"expanded", 125},      {"extra-expanded", 150},
+    {"ultra-expanded", 200}};
+  for (const auto &[Name, Percent] : Keywords)
+    if (Text == QLatin1String(Name))
+      return Percent;
+  if (Text.endsWith(QLatin1Char('%'))) {
+    bool Ok = false;
+    const double Percent = Text.chopped(1).toDouble(&Ok);
+    return Ok ? int(std::lround(Percent)) : 0;
+  }
+  return 0;
+}
+
 double Scale(const TVXFontFace &Face, float Size)
 {
   return double(Size) / Face.Metrics().UnitsPerEm;
@@ -340,11 +385,25 @@ const TSVGBrowserTextLayout::TStyle &TSVGBrowserTextLayout::StyleOf(TSVGCustomTe
   TStyle Style;
   Style.Query.Families = FamiliesOf(*Owner);
   Style.Query.Weight = NumericWeight(*Owner);
+  auto Properties = [](const TSVGCustomText &E) -> const TSVGBrowserTextProperties & { return E.FBrowserProperties; };
   if (Font.GetStyle().Contains(fsItalic))
-    Style.Query.Slant = TVXFontQuery::slItalic;
-  Style.Face = TVXTextEngine::MatchFont(Style.Query);
+    Style.Query.Slant =
+      InheritedProperty(*Owner, &TSVGBrowserTextProperties::FontStyle, Properties) == QLatin1String("oblique")
+        ? TVXFontQuery::slOblique
+        : TVXFontQuery::slItalic;
+  if (const int Stretch = StretchPercent(InheritedProperty(*Owner, &TSVGBrowserTextProperties::FontStretch, Properties)))
+    Style.Query.Width = Stretch;
+  Style.Query.Variations =
+    ParseVariations(InheritedProperty(*Owner, &TSVGBrowserTextProperties::FontVariationSettings, Properties));
   Style.Size = std::isfinite(Font.GetSize()) ? std::max(0.0f, Font.GetSize()) : 0.0f;
-  Style.Kerning = !InheritedSpacing(*Owner, &TSVGGraphicElement::Kerning);
+  Style.Face = TVXTextEngine::MatchFont(Style.Query);
+  // Optical sizes follow the font size unless the settings name one.
+  if (Style.Face->HasAxis("opsz")) {
+    Style.Query.Variations.insert(Style.Query.Variations.begin(), {QByteArray("opsz"), Style.Size});
+    Style.Face = TVXTextEngine::MatchFont(Style.Query);
+  }
+  Style.Kerning = !InheritedSpacing(*Owner, &TSVGGraphicElement::Kerning) &&
+                  InheritedProperty(*Owner, &TSVGBrowserTextProperties::FontKerning, Properties) != QLatin1String("none");
   Style.SmallCaps = Font.GetFontVariant() == fvSmallCaps && Style.Face->HasSmallCaps();
   if (const TSVGStylePropertyAutoLength *Spacing = InheritedSpacing(*Owner, &TSVGGraphicElement::LetterSpacing))
     Style.LetterSpacing = Spacing->GetValue();
@@ -423,6 +482,8 @@ void TSVGBrowserTextLayout::LayOutChunk(int Start, int End)
       C.Advance += S.WordSpacing;
   }
 
+  AdjustLengths(Start, End, Clusters);
+
   // Anchored on the advances, from the chunk's first character.
   double Width = 0;
   for (const TCluster &C : Clusters)
@@ -483,7 +544,8 @@ void TSVGBrowserTextLayout::EmitOutlines(const std::vector<TCluster> &Clusters, 
     double Pen = 0;
     for (const TVXShapedGlyph *G : C.Glyphs) {
       const double Sc = Scale(*G->Face, S.Size);
-      const QTransform Place = QTransform(Sc, 0, 0, Sc, (Pen + G->XOffset) * Sc, -G->YOffset * Sc) * C.Transform * Chunk;
+      const QTransform Place = QTransform(Sc, 0, 0, Sc, (Pen + G->XOffset) * Sc, -G->YOffset * Sc) *
+                               QTransform::fromScale(C.XScale, 1) * C.Transform * Chunk;
       Path.addPath(Place.map(G->Face->GlyphOutline(G->Glyph)));
       Pen += G->XAdvance;
     }
@@ -491,6 +553,38 @@ void TSVGBrowserTextLayout::EmitOutlines(const std::vector<TCluster> &Clusters, 
   for (TSVGCustomText *Owner : Owners)
     AddDecorations(Owner, StyleOf(Owner), Clusters,
                    QTransform::fromTranslate(0, OnPath ? 0 : StyleOf(Owner).BaselineOffset));
+}
+
+void TSVGBrowserTextLayout::AdjustLengths(int Start, int End, std::vector<TCluster> &Clusters)
+{
+  for (const TRange &R : FRanges) {
+    const TSVGBrowserTextProperties &P = R.Element->FBrowserProperties;
+    if (P.TextLength < 0 || R.End <= Start || R.Begin >= End)
+      continue;
+    std::vector<TCluster *> Own;
+    double Width = 0;
+    for (TCluster &C : Clusters)
+      if (C.Char >= R.Begin && C.Char < R.End) {
+        Own.push_back(&C);
+        Width += C.Width;
+      }
+    if (Own.empty())
+      continue;
+    // The spacing properties give way to the length asked for.
+    if (!P.SpacingAndGlyphs) {
+      const double Gap = Own.size() > 1 ? (P.TextLength - Width) / double(Own.size() - 1) : 0;
+      for (TCluster *C : Own)
+        C->Advance = float(C->Width + Gap);
+      continue;
+    }
+    const double Factor = Width > 0 ? P.TextLength / Width : 0;
+    if (Factor < 0.001)
+      continue;
+    for (TCluster *C : Own) {
+      C->XScale = float(Factor);
+      C->Advance = float(C->Width * Factor);
+    }
+  }
 }
 
 // --- text on a path ----------------------------------------------------------------------------

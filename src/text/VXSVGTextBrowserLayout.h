@@ -68,6 +68,8 @@ private:
     bool RelativeShift = false;
     // Off the end of its text path.
     bool Hidden = false;
+    // The horizontal stretch of lengthAdjust="spacingAndGlyphs".
+    float XScale = 1;
     QTransform Transform;
     std::vector<const TVXShapedGlyph *> Glyphs;
   };
@@ -100,6 +102,8 @@ private:
   // The x, y, dx, dy and rotate of every element onto its range of characters, outer first.
   void ResolvePositions();
   void LayOutChunk(int Start, int End);
+  // textLength of the elements whose characters are in the chunk, outer elements first.
+  void AdjustLengths(int Start, int End, std::vector<TCluster> &Clusters);
   // Places the clusters of a chunk along its text path; clusters off the path are hidden.
   void PlaceOnPath(TSVGTextPath &TextPath, double Offset, std::vector<TCluster> &Clusters);
   const TFlowPath &FlowPathOf(TSVGTextPath &TextPath);

@@ -88,6 +88,9 @@ TVXFontFacePtr CachedFace(FcPattern *Pattern, const TVXFontQuery &Query)
     return It->second;
   // Variable fonts follow the weight and width asked for; explicit settings come last and win.
   std::vector<std::pair<QByteArray, float>> Axes{{"wght", float(Query.Weight)}, {"wdth", float(Query.Width)}};
+  // An oblique face leans by the default angle of CSS.
+  if (Query.Slant == TVXFontQuery::slOblique)
+    Axes.push_back({"slnt", -14});
   Axes.insert(Axes.end(), Query.Variations.begin(), Query.Variations.end());
   auto Face = std::make_shared<const TVXFontFace>(QByteArray(reinterpret_cast<const char *>(File)), Index,
                                                   PatternFamily(Pattern), Axes);
@@ -347,6 +350,12 @@ bool TVXFontFace::HasCharacter(char32_t Ch) const
 {
   hb_codepoint_t Glyph = 0;
   return FFont && hb_font_get_nominal_glyph(FFont, Ch, &Glyph);
+}
+
+bool TVXFontFace::HasAxis(const char *Tag) const
+{
+  hb_ot_var_axis_info_t Axis;
+  return FFont && hb_ot_var_find_axis_info(hb_font_get_face(FFont), hb_tag_from_string(Tag, -1), &Axis);
 }
 
 bool TVXFontFace::HasSmallCaps() const

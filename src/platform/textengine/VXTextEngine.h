@@ -57,6 +57,8 @@ public:
   const TVXFontMetrics &Metrics() const { return FMetrics; }
   hb_font_t *Font() const { return FFont; }
   bool HasCharacter(char32_t Ch) const;
+  // Whether the font has the variation axis Tag ("opsz", "wght" ...).
+  bool HasAxis(const char *Tag) const;
   // Whether the font carries small capitals of its own (the OpenType feature "smcp").
   bool HasSmallCaps() const;
   // The unhinted outline in font units with y downwards; kept once made.
