@@ -177,7 +177,12 @@ bool TViewerWindow::OpenFile(const QString &FileName)
     return false;
   }
   setWindowTitle(QStringLiteral("%1 - vxsvg-view").arg(QFileInfo(FileName).fileName()));
-  statusBar()->showMessage(FileName);
+  const TSizeF Natural = SVGNaturalSize(FDocument.SVG());
+  statusBar()->showMessage(QStringLiteral("%1, %2 by %3, %4 elements")
+                               .arg(QFileInfo(FileName).fileName())
+                               .arg(double(Natural.cx))
+                               .arg(double(Natural.cy))
+                               .arg(FTreeItems.size()));
   UpdateScreenSize();
   return true;
 }
