@@ -31,13 +31,17 @@ function(vx_shared_library name)
 endfunction()
 
 # One GoogleTest program per test folder, linked against the modules or libraries it exercises.
+# VX_TEST_SUPPORT names another entry point library (the widget tests need a QApplication).
 function(vx_test name folder)
+  if(NOT VX_TEST_SUPPORT)
+    set(VX_TEST_SUPPORT vxtestsupport)
+  endif()
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/${folder}/*.cpp)
   if(NOT sources)
     return()
   endif()
   add_executable(${name} ${sources})
-  target_link_libraries(${name} PRIVATE vxtestsupport GTest::gtest ${ARGN})
+  target_link_libraries(${name} PRIVATE ${VX_TEST_SUPPORT} GTest::gtest ${ARGN})
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   # Each test case is a test of its own, so that ctest lists and reruns them one by one. The test
   # main finds the data folders and the headless platform itself.

@@ -126,6 +126,10 @@ public:
   TSVGColorRendering DefaultColorRendering() const { return FDefaultColorRendering; }
   TSVGTextRendering DefaultTextRendering() const { return FDefaultTextRendering; }
   TSVGColorInterpolation DefaultColorInterpolation() const { return FDefaultColorInterpolation; }
+  void SetDefaultShapeRendering(TSVGShapeRendering Value) { FDefaultShapeRendering = Value; }
+  void SetDefaultColorRendering(TSVGColorRendering Value) { FDefaultColorRendering = Value; }
+  void SetDefaultTextRendering(TSVGTextRendering Value) { FDefaultTextRendering = Value; }
+  void SetDefaultColorInterpolation(TSVGColorInterpolation Value) { FDefaultColorInterpolation = Value; }
 
   // --- conditional processing ---
   using TSVGCustomViewBox::DoShouldDraw;
