@@ -1,0 +1,273 @@
+#include "raster/VXSVGIconEngine.h"
+
+#include "raster/VXSVGCompressed.h"
+#include "raster/VXSVGImageFile.h"
+
+#include <QBuffer>
+#include <QDataStream>
+#include <QFile>
+#include <QGuiApplication>
+#include <QPainter>
+#include <QPalette>
+#include <QPixmapCache>
+
+#include <atomic>
+
+namespace vx {
+
+namespace {
+
+std::atomic<quint64> NextSerial{1};
+
+// The look of a disabled icon: grey, at half its opacity.
+QImage Disabled(const QImage &Source)
+{
+  QImage Image = Source.convertToFormat(QImage::Format_ARGB32);
+  for (int Y = 0; Y < Image.height(); ++Y) {
+    auto *Line = reinterpret_cast<QRgb *>(Image.scanLine(Y));
+    for (int X = 0; X < Image.width(); ++X) {
+      const int Grey = qGray(Line[X]);
+      Line[X] = qRgba(Grey, Grey, Grey, qAlpha(Line[X]) / 2);
+    }
+  }
+  return Image;
+}
+
+// The look of a selected icon: tinted with the highlight colour where it has ink.
+QImage Selected(const QImage &Source)
+{
+  QImage Image = Source.convertToFormat(QImage::Format_ARGB32_Premultiplied);
+  QColor Tint = QGuiApplication::palette().color(QPalette::Normal, QPalette::Highlight);
+  Tint.setAlphaF(0.3f);
+  QPainter Painter(&Image);
+  Painter.setCompositionMode(QPainter::CompositionMode_SourceAtop);
+  Painter.fillRect(Image.rect(), Tint);
+  return Image;
+}
+
+QImage WithModeLook(const QImage &Image, QIcon::Mode Mode)
+{
+  switch (Mode) {
+  case QIcon::Disabled:
+    return Disabled(Image);
+  case QIcon::Selected:
+    return Selected(Image);
+  default:
+    return Image;
+  }
+}
+
+} // namespace
+
+TVXSVGIconEngine::TVXSVGIconEngine(TSVGOptions Options) : FOptions(Options), FSerial(NextSerial++) {}
+
+TVXSVGIconEngine::~TVXSVGIconEngine() = default;
+
+void TVXSVGIconEngine::AddData(const QByteArray &Data, QIcon::Mode Mode, QIcon::State State)
+{
+  TSource &Source = FSources[{Mode, State}];
+  Source.Data = Data;
+  Source.Picture.reset();
+  Source.Loaded = false;
+  Changed();
+}
+
+void TVXSVGIconEngine::SetKeepAspectRatio(bool Value)
+{
+  if (Value == FKeepAspectRatio)
+    return;
+  FKeepAspectRatio = Value;
+  Changed();
+}
+
+void TVXSVGIconEngine::paint(QPainter *Painter, const QRect &Rect, QIcon::Mode Mode, QIcon::State State)
+{
+  const qreal Scale = Painter->device() ? Painter->device()->devicePixelRatioF() : 1.0;
+  const QPixmap Pixmap = scaledPixmap((QSizeF(Rect.size()) * Scale).toSize(), Mode, State, Scale);
+  if (Pixmap.isNull())
+    return;
+  // Centred when the picture keeps proportions the rectangle does not have.
+  QRect Target(QPoint(0, 0), Pixmap.deviceIndependentSize().toSize());
+  Target.moveCenter(Rect.center());
+  Painter->drawPixmap(Target, Pixmap);
+}
+
+QPixmap TVXSVGIconEngine::pixmap(const QSize &Size, QIcon::Mode Mode, QIcon::State State)
+{
+  return scaledPixmap(Size, Mode, State, 1.0);
+}
+
+QPixmap TVXSVGIconEngine::scaledPixmap(const QSize &Size, QIcon::Mode Mode, QIcon::State State, qreal Scale)
+{
+  const QSize Device = actualSize(Size, Mode, State);
+  if (Device.isEmpty() || Scale <= 0)
+    return QPixmap();
+  const QString Key = CacheKey(Device, Mode, State);
+  QPixmap Result;
+  if (!QPixmapCache::find(Key, &Result)) {
+    Result = Render(Device, Mode, State);
+    if (!Result.isNull())
+      QPixmapCache::insert(Key, Result);
+  }
+  Result.setDevicePixelRatio(Scale);
+  return Result;
+}
+
+QSize TVXSVGIconEngine::actualSize(const QSize &Size, QIcon::Mode Mode, QIcon::State State)
+{
+  bool ExactMode = false;
+  TSource *Source = FindSource(Mode, State, ExactMode);
+  if (!Source) {
+    const auto Found = FPixmaps.find({Mode, State});
+    const QPixmap Pixmap = Found != FPixmaps.end() ? Found->second : FPixmaps.empty() ? QPixmap() : FPixmaps.begin()->second;
+    return Pixmap.isNull() ? QSize() : Pixmap.size().scaled(Size, Qt::KeepAspectRatio).boundedTo(Size);
+  }
+  TSVGImageFile *File = Picture(*Source);
+  if (!File)
+    return QSize();
+  const QSize Natural(File->GetWidth(), File->GetHeight());
+  if (!FKeepAspectRatio || Natural.isEmpty())
+    return Size;
+  return Natural.scaled(Size, Qt::KeepAspectRatio);
+}
+
+void TVXSVGIconEngine::addFile(const QString &FileName, const QSize &, QIcon::Mode Mode, QIcon::State State)
+{
+  QFile File(FileName);
+  if (!File.open(QIODevice::ReadOnly) || File.size() > SVGMaxInflatedSize)
+    return;
+  AddData(File.readAll(), Mode, State);
+}
+
+void TVXSVGIconEngine::addPixmap(const QPixmap &Pixmap, QIcon::Mode Mode, QIcon::State State)
+{
+  FPixmaps[{Mode, State}] = Pixmap;
+  Changed();
+}
+
+QIconEngine *TVXSVGIconEngine::clone() const
+{
+  auto *Copy = new TVXSVGIconEngine(FOptions);
+  Copy->FKeepAspectRatio = FKeepAspectRatio;
+  for (const auto &[Key, Source] : FSources)
+    Copy->FSources[Key].Data = Source.Data;
+  Copy->FPixmaps = FPixmaps;
+  return Copy;
+}
+
+QString TVXSVGIconEngine::key() const
+{
+  return QStringLiteral("svg");
+}
+
+bool TVXSVGIconEngine::isNull()
+{
+  return FSources.empty() && FPixmaps.empty();
+}
+
+bool TVXSVGIconEngine::read(QDataStream &In)
+{
+  FSources.clear();
+  FPixmaps.clear();
+  qint32 Count = 0;
+  In >> FKeepAspectRatio >> Count;
+  for (qint32 I = 0; I < Count && In.status() == QDataStream::Ok; ++I) {
+    qint32 Mode = 0, State = 0;
+    QByteArray Data;
+    In >> Mode >> State >> Data;
+    FSources[{Mode, State}].Data = Data;
+  }
+  In >> Count;
+  for (qint32 I = 0; I < Count && In.status() == QDataStream::Ok; ++I) {
+    qint32 Mode = 0, State = 0;
+    QPixmap Pixmap;
+    In >> Mode >> State >> Pixmap;
+    FPixmaps[{Mode, State}] = Pixmap;
+  }
+  Changed();
+  return In.status() == QDataStream::Ok;
+}
+
+bool TVXSVGIconEngine::write(QDataStream &Out) const
+{
+  Out << FKeepAspectRatio << qint32(FSources.size());
+  for (const auto &[Key, Source] : FSources)
+    Out << qint32(Key.first) << qint32(Key.second) << Source.Data;
+  Out << qint32(FPixmaps.size());
+  for (const auto &[Key, Pixmap] : FPixmaps)
+    Out << qint32(Key.first) << qint32(Key.second) << Pixmap;
+  return Out.status() == QDataStream::Ok;
+}
+
+TVXSVGIconEngine::TSource *TVXSVGIconEngine::FindSource(QIcon::Mode Mode, QIcon::State State, bool &ExactMode)
+{
+  const QIcon::State Other = State == QIcon::On ? QIcon::Off : QIcon::On;
+  for (const TKey &Key : {TKey{Mode, State}, TKey{Mode, Other}}) {
+    const auto Found = FSources.find(Key);
+    if (Found != FSources.end()) {
+      ExactMode = true;
+      return &Found->second;
+    }
+  }
+  ExactMode = false;
+  for (const TKey &Key : {TKey{QIcon::Normal, State}, TKey{QIcon::Normal, Other}}) {
+    const auto Found = FSources.find(Key);
+    if (Found != FSources.end())
+      return &Found->second;
+  }
+  return FSources.empty() ? nullptr : &FSources.begin()->second;
+}
+
+TSVGImageFile *TVXSVGIconEngine::Picture(TSource &Source) const
+{
+  if (!Source.Loaded) {
+    Source.Loaded = true;
+    auto File = std::make_unique<TSVGImageFile>();
+    File->SetOptions(FOptions);
+    QBuffer Buffer(&Source.Data);
+    Buffer.open(QIODevice::ReadOnly);
+    try {
+      File->LoadFromStream(Buffer);
+      Source.Picture = std::move(File);
+    } catch (const std::exception &) {
+      Source.Picture.reset();
+    }
+  }
+  return Source.Picture.get();
+}
+
+QPixmap TVXSVGIconEngine::Render(const QSize &Size, QIcon::Mode Mode, QIcon::State State)
+{
+  bool ExactMode = false;
+  QImage Image;
+  if (TSource *Source = FindSource(Mode, State, ExactMode)) {
+    TSVGImageFile *File = Picture(*Source);
+    if (!File)
+      return QPixmap();
+    try {
+      Image = File->RenderImage(Size);
+    } catch (const std::exception &) {
+      return QPixmap();
+    }
+  } else {
+    const auto Found = FPixmaps.find({Mode, State});
+    ExactMode = Found != FPixmaps.end();
+    const QPixmap Pixmap = ExactMode ? Found->second : FPixmaps.empty() ? QPixmap() : FPixmaps.begin()->second;
+    if (Pixmap.isNull())
+      return QPixmap();
+    Image = Pixmap.toImage().scaled(Size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+  }
+  return QPixmap::fromImage(ExactMode ? Image : WithModeLook(Image, Mode));
+}
+
+QString TVXSVGIconEngine::CacheKey(const QSize &Size, QIcon::Mode Mode, QIcon::State State) const
+{
+  return QStringLiteral("vxsvg-icon:%1:%2x%3:%4:%5").arg(FSerial).arg(Size.width()).arg(Size.height()).arg(int(Mode)).arg(int(State));
+}
+
+void TVXSVGIconEngine::Changed()
+{
+  FSerial = NextSerial++;
+}
+
+} // namespace vx
