@@ -11,13 +11,9 @@
 #include <QPalette>
 #include <QPixmapCache>
 
-#include <atomic>
-
 namespace vx {
 
 namespace {
-
-std::atomic<quint64> NextSerial{1};
 
 // The look of a disabled icon: grey, at half its opacity.
 QImage Disabled(const QImage &Source)
@@ -59,9 +55,12 @@ QImage WithModeLook(const QImage &Image, QIcon::Mode Mode)
 
 } // namespace
 
-TVXSVGIconEngine::TVXSVGIconEngine(TSVGOptions Options) : FOptions(Options), FSerial(NextSerial++) {}
+TVXSVGIconEngine::TVXSVGIconEngine(TSVGOptions Options) : FOptions(Options) {}
 
-TVXSVGIconEngine::~TVXSVGIconEngine() = default;
+TVXSVGIconEngine::~TVXSVGIconEngine()
+{
+  Changed();
+}
 
 void TVXSVGIconEngine::AddData(const QByteArray &Data, QIcon::Mode Mode, QIcon::State State)
 {
@@ -102,12 +101,13 @@ QPixmap TVXSVGIconEngine::scaledPixmap(const QSize &Size, QIcon::Mode Mode, QIco
   const QSize Device = actualSize(Size, Mode, State);
   if (Device.isEmpty() || Scale <= 0)
     return QPixmap();
-  const QString Key = CacheKey(Device, Mode, State);
+  const TCacheKey Key{Device.width(), Device.height(), Mode, State};
   QPixmap Result;
-  if (!QPixmapCache::find(Key, &Result)) {
+  const auto Cached = FCacheKeys.find(Key);
+  if (Cached == FCacheKeys.end() || !QPixmapCache::find(Cached->second, &Result)) {
     Result = Render(Device, Mode, State);
     if (!Result.isNull())
-      QPixmapCache::insert(Key, Result);
+      FCacheKeys[Key] = QPixmapCache::insert(Result);
   }
   Result.setDevicePixelRatio(Scale);
   return Result;
@@ -260,14 +260,11 @@ QPixmap TVXSVGIconEngine::Render(const QSize &Size, QIcon::Mode Mode, QIcon::Sta
   return QPixmap::fromImage(ExactMode ? Image : WithModeLook(Image, Mode));
 }
 
-QString TVXSVGIconEngine::CacheKey(const QSize &Size, QIcon::Mode Mode, QIcon::State State) const
-{
-  return QStringLiteral("vxsvg-icon:%1:%2x%3:%4:%5").arg(FSerial).arg(Size.width()).arg(Size.height()).arg(int(Mode)).arg(int(State));
-}
-
 void TVXSVGIconEngine::Changed()
 {
-  FSerial = NextSerial++;
+  for (const auto &[Key, CacheKey] : FCacheKeys)
+    QPixmapCache::remove(CacheKey);
+  FCacheKeys.clear();
 }
 
 } // namespace vx

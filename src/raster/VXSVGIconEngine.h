@@ -7,12 +7,13 @@
 #include "values/VXSVGVocabulary.h"
 
 #include <QByteArray>
-#include <QHash>
 #include <QIconEngine>
 #include <QPixmap>
+#include <QPixmapCache>
 
 #include <map>
 #include <memory>
+#include <tuple>
 
 namespace vx {
 
@@ -56,15 +57,16 @@ private:
   TSource *FindSource(QIcon::Mode Mode, QIcon::State State, bool &ExactMode);
   TSVGImageFile *Picture(TSource &Source) const;
   QPixmap Render(const QSize &Size, QIcon::Mode Mode, QIcon::State State);
-  QString CacheKey(const QSize &Size, QIcon::Mode Mode, QIcon::State State) const;
+  // Drops the pixmaps this engine has put into the cache.
   void Changed();
 
   TSVGOptions FOptions;
   bool FKeepAspectRatio = true;
   std::map<TKey, TSource> FSources;
   std::map<TKey, QPixmap> FPixmaps;
-  // Names this engine's pixmaps in the shared cache; a new one after every change.
-  quint64 FSerial;
+  // The pixmaps this engine has made, by device size, mode and state, as QPixmapCache holds them.
+  using TCacheKey = std::tuple<int, int, int, int>;
+  std::map<TCacheKey, QPixmapCache::Key> FCacheKeys;
 };
 
 } // namespace vx
