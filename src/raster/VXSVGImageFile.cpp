@@ -32,7 +32,9 @@ int RoundSize(float Value)
 
 QByteArray PictureData(QIODevice &Stream)
 {
-  QByteArray Data = Stream.readAll();
+  QByteArray Data = Stream.read(SVGMaxInflatedSize + 1);
+  if (Data.size() > SVGMaxInflatedSize)
+    throw EReadError(QStringLiteral("SVG data larger than %1 bytes").arg(SVGMaxInflatedSize));
   const qsizetype Mark = Data.indexOf(ClassNameMark);
   if (Mark >= 0)
     Data.remove(0, Mark + ClassNameMark.size());

@@ -46,7 +46,8 @@ public:
 
   // Reads SVG text, or gzip-compressed SVG text. Data stored with the class name in front (as
   // component streams store a picture) loads too: everything up to and including the first
-  // "TSVGImageFile" is cut off. A failed load raises and leaves the picture as it was.
+  // "TSVGImageFile" is cut off. A failed load raises and leaves the picture as it was; data beyond
+  // SVGMaxInflatedSize, compressed or not, raises EReadError.
   void LoadFromStream(QIODevice &Stream) override;
   void SaveToStream(QIODevice &Stream) override;
   // The picture stretched over Rect. On a device whose resolution is not the document's DPI the

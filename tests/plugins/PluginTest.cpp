@@ -9,6 +9,9 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+#include <vector>
+
 namespace {
 
 constexpr QRgb Red = 0xFFFF0000;
@@ -124,6 +127,27 @@ TEST_F(PluginTest, IconsAreCrispAtEverySize)
   const QRgb Grey = Disabled.pixel(4, 8);
   EXPECT_EQ(qRed(Grey), qGreen(Grey));
   EXPECT_LT(qAlpha(Grey), 255);
+}
+
+// Programs read pictures on worker threads: readers on several threads at once give what one gives.
+TEST_F(PluginTest, ReadersOnSeveralThreadsAgree)
+{
+  const QString Path = QString::fromLocal8Bit(qgetenv("VXSVG_EXAMPLES")) + QStringLiteral("/text.svg");
+  const auto Read = [&Path] {
+    QImageReader Reader(Path);
+    Reader.setScaledSize(QSize(240, 150));
+    return Reader.read();
+  };
+  const QImage Expected = Read();
+  ASSERT_FALSE(Expected.isNull());
+  std::vector<QImage> Images(4);
+  std::vector<std::thread> Threads;
+  for (QImage &Image : Images)
+    Threads.emplace_back([&Image, &Read] { Image = Read(); });
+  for (std::thread &Thread : Threads)
+    Thread.join();
+  for (const QImage &Image : Images)
+    EXPECT_EQ(Image, Expected);
 }
 
 TEST_F(PluginTest, AnUnreadableIconDrawsNothing)

@@ -89,6 +89,19 @@ TEST(ImageListTest, DependentDrawsTheMastersItemsAtItsOwnSize)
   EXPECT_EQ(Dependent.Count(), 1);
 }
 
+TEST(ImageListTest, ADependentOutlivesItsMaster)
+{
+  TVXSVGImageList Dependent(32, 32);
+  {
+    TVXSVGImageList Master(16, 16);
+    AddItem(Master, Square);
+    Dependent.SetMasterImageList(&Master);
+    EXPECT_EQ(Dependent.Count(), 1);
+  }
+  EXPECT_EQ(Dependent.MasterImageList(), nullptr);
+  EXPECT_EQ(Dependent.Count(), 0);
+}
+
 TEST(ImageListTest, AMasterCycleIsRefused)
 {
   TVXSVGImageList A, B, C;
