@@ -29,8 +29,12 @@ bool TVXSVGImageIOHandler::CanRead(QIODevice *Device)
 {
   if (!Device)
     return false;
-  const QByteArray Head = Device->peek(SniffLength);
-  return IsGzipData(Head) || (Head.trimmed().startsWith('<') && Head.contains("<svg"));
+  QByteArray Head = Device->peek(SniffLength);
+  if (IsGzipData(Head))
+    return true;
+  if (Head.startsWith("\xEF\xBB\xBF"))
+    Head.remove(0, 3);
+  return Head.trimmed().startsWith('<') && Head.contains("<svg");
 }
 
 bool TVXSVGImageIOHandler::canRead() const

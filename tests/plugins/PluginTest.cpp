@@ -73,16 +73,24 @@ TEST_F(PluginTest, ReadsAtAScaledSizeAndWithinAClipRectangle)
   ASSERT_EQ(Part.size(), QSize(8, 4));
   EXPECT_EQ(Part.pixel(3, 2), Red);
   EXPECT_EQ(Part.pixel(4, 2), Blue);
+
+  // The background shows where the picture leaves the image transparent.
+  QImageReader OnGreen(Write(QStringLiteral("half.svg"), "<svg xmlns='http://www.w3.org/2000/svg' width='10' height='10'>"
+                                                         "<rect width='5' height='10' fill='red'/></svg>"));
+  OnGreen.setBackgroundColor(Qt::green);
+  const QImage Filled = OnGreen.read();
+  EXPECT_EQ(Filled.pixel(2, 5), Red);
+  EXPECT_EQ(Filled.pixel(7, 5), QColor(Qt::green).rgba());
 }
 
 TEST_F(PluginTest, ReadsCompressedDataAndSniffsFilesWithoutExtension)
 {
-  for (const QByteArray &Data : {vx::test::Gzip(Halves), Halves}) {
+  for (const QByteArray &Data : {vx::test::Gzip(Halves), Halves, "\xEF\xBB\xBF" + Halves}) {
     QBuffer Buffer;
     Buffer.setData(Data);
     Buffer.open(QIODevice::ReadOnly);
     QImageReader Reader(&Buffer);
-    EXPECT_EQ(Reader.format(), Data == Halves ? QByteArray("svg") : QByteArray("svgz"));
+    EXPECT_EQ(Reader.format(), Data.startsWith('\x1f') ? QByteArray("svgz") : QByteArray("svg"));
     const QImage Image = Reader.read();
     ASSERT_EQ(Image.size(), QSize(20, 10)) << Reader.errorString().toStdString();
     EXPECT_EQ(Image.pixel(15, 5), Blue);
