@@ -115,14 +115,10 @@ QPixmap TVXSVGIconEngine::scaledPixmap(const QSize &Size, QIcon::Mode Mode, QIco
 
 QSize TVXSVGIconEngine::actualSize(const QSize &Size, QIcon::Mode Mode, QIcon::State State)
 {
-  bool ExactMode = false;
-  TSource *Source = FindSource(Mode, State, ExactMode);
-  if (!Source) {
-    const auto Found = FPixmaps.find({Mode, State});
-    const QPixmap Pixmap = Found != FPixmaps.end() ? Found->second : FPixmaps.empty() ? QPixmap() : FPixmaps.begin()->second;
-    return Pixmap.isNull() ? QSize() : Pixmap.size().scaled(Size, Qt::KeepAspectRatio).boundedTo(Size);
-  }
-  TSVGImageFile *File = Picture(*Source);
+  const TChoice Choice = Choose(Mode, State);
+  if (!Choice.Source)
+    return Choice.Pixmap.isNull() ? QSize() : Choice.Pixmap.size().scaled(Size, Qt::KeepAspectRatio).boundedTo(Size);
+  TSVGImageFile *File = Picture(*Choice.Source);
   if (!File)
     return QSize();
   const QSize Natural(File->GetWidth(), File->GetHeight());
@@ -199,23 +195,20 @@ bool TVXSVGIconEngine::write(QDataStream &Out) const
   return Out.status() == QDataStream::Ok;
 }
 
-TVXSVGIconEngine::TSource *TVXSVGIconEngine::FindSource(QIcon::Mode Mode, QIcon::State State, bool &ExactMode)
+TVXSVGIconEngine::TChoice TVXSVGIconEngine::Choose(QIcon::Mode Mode, QIcon::State State)
 {
   const QIcon::State Other = State == QIcon::On ? QIcon::Off : QIcon::On;
-  for (const TKey &Key : {TKey{Mode, State}, TKey{Mode, Other}}) {
-    const auto Found = FSources.find(Key);
-    if (Found != FSources.end()) {
-      ExactMode = true;
-      return &Found->second;
-    }
-  }
-  ExactMode = false;
-  for (const TKey &Key : {TKey{QIcon::Normal, State}, TKey{QIcon::Normal, Other}}) {
-    const auto Found = FSources.find(Key);
-    if (Found != FSources.end())
-      return &Found->second;
-  }
-  return FSources.empty() ? nullptr : &FSources.begin()->second;
+  for (const TKey &Key : {TKey{Mode, State}, TKey{Mode, Other}})
+    if (const auto Found = FSources.find(Key); Found != FSources.end())
+      return {&Found->second, QPixmap(), true};
+  if (const auto Found = FPixmaps.find({Mode, State}); Found != FPixmaps.end())
+    return {nullptr, Found->second, true};
+  for (const TKey &Key : {TKey{QIcon::Normal, State}, TKey{QIcon::Normal, Other}})
+    if (const auto Found = FSources.find(Key); Found != FSources.end())
+      return {&Found->second, QPixmap(), false};
+  if (!FSources.empty())
+    return {&FSources.begin()->second, QPixmap(), false};
+  return {nullptr, FPixmaps.empty() ? QPixmap() : FPixmaps.begin()->second, false};
 }
 
 TSVGImageFile *TVXSVGIconEngine::Picture(TSource &Source) const
@@ -238,10 +231,10 @@ TSVGImageFile *TVXSVGIconEngine::Picture(TSource &Source) const
 
 QPixmap TVXSVGIconEngine::Render(const QSize &Size, QIcon::Mode Mode, QIcon::State State)
 {
-  bool ExactMode = false;
+  const TChoice Choice = Choose(Mode, State);
   QImage Image;
-  if (TSource *Source = FindSource(Mode, State, ExactMode)) {
-    TSVGImageFile *File = Picture(*Source);
+  if (Choice.Source) {
+    TSVGImageFile *File = Picture(*Choice.Source);
     if (!File)
       return QPixmap();
     try {
@@ -249,15 +242,12 @@ QPixmap TVXSVGIconEngine::Render(const QSize &Size, QIcon::Mode Mode, QIcon::Sta
     } catch (const std::exception &) {
       return QPixmap();
     }
+  } else if (!Choice.Pixmap.isNull()) {
+    Image = Choice.Pixmap.toImage().scaled(Size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
   } else {
-    const auto Found = FPixmaps.find({Mode, State});
-    ExactMode = Found != FPixmaps.end();
-    const QPixmap Pixmap = ExactMode ? Found->second : FPixmaps.empty() ? QPixmap() : FPixmaps.begin()->second;
-    if (Pixmap.isNull())
-      return QPixmap();
-    Image = Pixmap.toImage().scaled(Size, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    return QPixmap();
   }
-  return QPixmap::fromImage(ExactMode ? Image : WithModeLook(Image, Mode));
+  return QPixmap::fromImage(Choice.ExactMode ? Image : WithModeLook(Image, Mode));
 }
 
 void TVXSVGIconEngine::Changed()

@@ -53,8 +53,16 @@ private:
     bool Loaded = false;
   };
 
-  // The source for Mode and State, else for the other state, else the normal one; nullptr if none.
-  TSource *FindSource(QIcon::Mode Mode, QIcon::State State, bool &ExactMode);
+  // What draws Mode and State: its own picture (of either state), else a pixmap added for it, else
+  // the normal picture, else any picture or pixmap. ExactMode is false when the mode's look is
+  // still to be given.
+  struct TChoice
+  {
+    TSource *Source = nullptr;
+    QPixmap Pixmap;
+    bool ExactMode = false;
+  };
+  TChoice Choose(QIcon::Mode Mode, QIcon::State State);
   TSVGImageFile *Picture(TSource &Source) const;
   QPixmap Render(const QSize &Size, QIcon::Mode Mode, QIcon::State State);
   // Drops the pixmaps this engine has put into the cache.

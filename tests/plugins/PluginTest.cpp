@@ -3,6 +3,7 @@
 #include "support/Gzip.h"
 
 #include <QBuffer>
+#include <QDataStream>
 #include <QIcon>
 #include <QImageReader>
 #include <QTemporaryDir>
@@ -135,6 +136,31 @@ TEST_F(PluginTest, IconsAreCrispAtEverySize)
   const QRgb Grey = Disabled.pixel(4, 8);
   EXPECT_EQ(qRed(Grey), qGreen(Grey));
   EXPECT_LT(qAlpha(Grey), 255);
+}
+
+// A pixmap added for one mode is that mode's picture; an icon written to a stream and read back (by
+// the engine's key) draws the same picture.
+TEST_F(PluginTest, IconsTakeAddedPixmapsAndSurviveStreaming)
+{
+  QIcon Icon(Write(QStringLiteral("halves.svg"), Halves));
+  QPixmap Green(8, 8);
+  Green.fill(Qt::green);
+  Icon.addPixmap(Green, QIcon::Selected);
+  EXPECT_EQ(Icon.pixmap(QSize(16, 16), QIcon::Selected).toImage().pixel(12, 4), QColor(Qt::green).rgba());
+  EXPECT_EQ(Icon.pixmap(QSize(16, 16)).toImage().pixel(12, 4), Blue);
+
+  QByteArray Bytes;
+  {
+    QDataStream Out(&Bytes, QIODevice::WriteOnly);
+    Out << Icon;
+  }
+  QIcon Read;
+  QDataStream In(Bytes);
+  In >> Read;
+  const QImage Image = Read.pixmap(QSize(64, 64)).toImage();
+  ASSERT_EQ(Image.size(), QSize(64, 32));
+  EXPECT_EQ(Image.pixel(31, 16), Red);
+  EXPECT_EQ(Image.pixel(32, 16), Blue);
 }
 
 // Programs read pictures on worker threads: readers on several threads at once give what one gives.
