@@ -71,6 +71,8 @@ void TSVGImageFile::Assign(const TPersistent *Source)
   }
   const auto *Other = static_cast<const TSVGImageFile *>(Source);
   FImage = Other ? Other->FImage : std::make_shared<TSVGSharedImage>();
+  // The bitmap showed the old picture.
+  FBitmap.reset();
   Changed();
 }
 

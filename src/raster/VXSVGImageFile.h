@@ -40,7 +40,8 @@ public:
   ~TSVGImageFile() override;
   QString ClassName() const override { return QStringLiteral("TSVGImageFile"); }
 
-  // From another image file (or nil, which empties): share its data. Other sources: the base.
+  // From another image file (or nil, which empties): share its data; the own bitmap is dropped.
+  // Other sources: the base.
   void Assign(const TPersistent *Source) override;
   void Clear();
 

@@ -125,9 +125,12 @@ TEST(ImageFileTest, AssignSharesTheDocumentUntilOneLoadsAgain)
 {
   TSVGImageFile A, B;
   Load(A, Halves);
+  Load(B, "<svg xmlns='http://www.w3.org/2000/svg' width='4' height='4'/>");
+  ASSERT_NE(B.GetBitmap(), nullptr);
   B.Assign(&A);
   EXPECT_EQ(B.SVG(), A.SVG());
   EXPECT_EQ(B.GetWidth(), 20);
+  EXPECT_EQ(B.GetBitmap()->Image().pixel(15, 5), Blue);
 
   Load(B, "<svg xmlns='http://www.w3.org/2000/svg' width='7' height='7'/>");
   EXPECT_NE(B.SVG(), A.SVG());
