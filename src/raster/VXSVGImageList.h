@@ -4,8 +4,8 @@
 // down, for smoother edges); controls draw the documents themselves in vector form. Lists of other
 // sizes can show the same collection through a master list: a dependent keeps no items of its own
 // and draws its master's at its own size.
-#include "platform/rtl/VXStringList.h"
 #include "platform/common/VXCollections.h"
+#include "platform/rtl/VXStringList.h"
 #include "platform/vectorkit/VXGPImageList.h"
 
 #include <memory>
