@@ -417,9 +417,19 @@ TPointF TSVGElement::ScreenToLocal(const TPointF &Point, const TRectF &Rect) con
 void TSVGElement::LoadFromXML(const IXMLNode &Node)
 {
   TSVGUpdateGuard Guard(*this);
-  DoOnParsingNode(this, Node);
-  DoLoadFromXML(Node);
-  DoOnParsedNode(this);
+  try {
+    DoOnParsingNode(this, Node);
+    DoLoadFromXML(Node);
+    ReadChildren(Node);
+    DoOnParsedNode(this);
+  } catch (Exception &Error) {
+    // The innermost element that failed names itself; the ones around it leave that be.
+    if (Error.Origin().isEmpty()) {
+      const QString ID = Node.GetAttribute(QStringLiteral("id"));
+      Error.SetOrigin(Node.NodeName() + (ID.isEmpty() ? QString() : QLatin1Char('#') + ID), Node.LineNumber());
+    }
+    throw;
+  }
 }
 
 void TSVGElement::ApplyStyles()

@@ -176,6 +176,8 @@ protected:
   // Reads the common attributes (id, lang, title, desc, class, conditional lists). Overrides call
   // the base first.
   virtual void DoLoadFromXML(const IXMLNode &Node);
+  // Reads the DOM children after the element's own attributes; the base reads none.
+  virtual void ReadChildren(const IXMLNode &) {}
   virtual void DoOnParsingNode(TSVGElement *Element, const IXMLNode &Node);
   virtual void DoOnParsedNode(TSVGElement *Element);
   // Writes the common attributes; generated ids are not written. Overrides call the base first.

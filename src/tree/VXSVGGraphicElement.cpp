@@ -717,15 +717,6 @@ bool TSVGGraphicElement::IsStored(TSVGStyleProperty Property, const QString &Val
 
 // --- reading children --------------------------------------------------------------------------
 
-void TSVGGraphicElement::LoadFromXML(const IXMLNode &Node)
-{
-  TSVGUpdateGuard Guard(*this);
-  DoOnParsingNode(this, Node);
-  DoLoadFromXML(Node);
-  ReadChildren(Node);
-  DoOnParsedNode(this);
-}
-
 void TSVGGraphicElement::ReadChildren(const IXMLNode &Node)
 {
   // Walk by siblings: indexed access into the DOM's child list costs a walk of its own.

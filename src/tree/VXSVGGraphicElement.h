@@ -229,7 +229,6 @@ public:
   void Reset() override;
 
   // --- XML and copying ---
-  void LoadFromXML(const IXMLNode &Node) override;
   void ApplyStyles() override;
   // Turns the properties that Style names into fields; the others stay as they are.
   virtual void ApplyStyle(const TSVGStyle &Style);
@@ -289,7 +288,7 @@ protected:
   void DoLoadFromXML(const IXMLNode &Node) override;
   // Reads every DOM child in order: ReadChild makes the element, which joins the tree before it
   // reads its own attributes.
-  virtual void ReadChildren(const IXMLNode &Node);
+  void ReadChildren(const IXMLNode &Node) override;
   // Makes the element for Node and answers its index in the children, or -1. This last level
   // handles what no container took: desc, title, editor elements and unknown names.
   virtual int ReadChild(const IXMLNode &Node);

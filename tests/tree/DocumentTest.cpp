@@ -317,3 +317,20 @@ TEST(ElementCopies, ClonedDocumentOwnsItsChildren)
   EXPECT_EQ((*CopiedDocument)[0]->GetOwner(), CopiedDocument);
   EXPECT_EQ(CopiedDocument->AllItems().Elements(QStringLiteral("b"))->ID(), QStringLiteral("b"));
 }
+
+namespace {
+
+TEST(Loading, AFailureNamesTheInnermostElementAndItsLine)
+{
+  TSVGDocument Document;
+  try {
+    Document.LoadFromText(QStringLiteral("<svg xmlns='http://www.w3.org/2000/svg'>\n<g id='outer'>\n"
+                                         "  <rect id='r1' transform='rotate(3 x)'/>\n</g>\n</svg>"));
+    FAIL() << "a bad transform refuses the picture in the classic mode";
+  } catch (const Exception &Error) {
+    EXPECT_EQ(Error.Origin(), QStringLiteral("rect#r1"));
+    EXPECT_EQ(Error.Line(), 3);
+  }
+}
+
+} // namespace

@@ -1,5 +1,6 @@
 #include "DocumentLoading.h"
 
+#include "platform/rtl/VXExceptions.h"
 #include "tree/VXSVGDocument.h"
 
 #include <QFile>
@@ -47,6 +48,12 @@ int LoadDocument(TSVGDocument &Document, const QString &FileName)
     } else {
       Document.LoadFromFile(FileName);
     }
+  } catch (const Exception &Error) {
+    // "file:line: message (in element)", as compilers and linters report, when the line is known.
+    const QString Where = Error.Line() > 0 ? QStringLiteral("%1:%2").arg(FileName).arg(Error.Line()) : FileName;
+    const QString In = Error.Origin().isEmpty() ? QString() : QStringLiteral(" (in %1)").arg(Error.Origin());
+    PrintError(QStringLiteral("%1: %2%3").arg(Where, Error.Message(), In));
+    return ExitLoadFailed;
   } catch (const std::exception &Error) {
     PrintError(QStringLiteral("%1: %2").arg(FileName, QString::fromUtf8(Error.what())));
     return ExitLoadFailed;

@@ -14,10 +14,21 @@ public:
   explicit Exception(QString Message) : FMessage(std::move(Message)), FUtf8(FMessage.toUtf8()) {}
   const QString &Message() const { return FMessage; }
   const char *what() const noexcept override { return FUtf8.constData(); }
+  // Where in a source text the failure arose, when a reader knows: the element (its tag and id,
+  // as "rect#r1") and its line. The message itself stays as raised.
+  const QString &Origin() const { return FOrigin; }
+  int Line() const { return FLine; }
+  void SetOrigin(const QString &Origin, int Line)
+  {
+    FOrigin = Origin;
+    FLine = Line;
+  }
 
 private:
   QString FMessage;
   QByteArray FUtf8;
+  QString FOrigin;
+  int FLine = 0;
 };
 
 #define VX_DECLARE_EXCEPTION(Name, Base)                                                            \

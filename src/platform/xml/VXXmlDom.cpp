@@ -398,9 +398,9 @@ bool IsBlank(const QByteArray &Data)
 // --- errors and names ----------------------------------------------------------------------------
 
 EDOMParseError::EDOMParseError(const QString &Reason, int Line)
-  : Exception(QStringLiteral("XML error at line %1: %2").arg(Line).arg(Reason)), FReason(Reason),
-    FLine(Line)
+  : Exception(QStringLiteral("XML error at line %1: %2").arg(Line).arg(Reason)), FReason(Reason)
 {
+  SetOrigin(QString(), Line);
 }
 
 QString NodeTypeName(TNodeType NodeType)
@@ -467,6 +467,12 @@ QString IXMLNode::NodeName() const
 QString IXMLNode::LocalName() const
 {
   return LocalNameOf(Handle());
+}
+
+int IXMLNode::LineNumber() const
+{
+  xmlNodePtr Node = Handle();
+  return Node ? int(std::max(0L, xmlGetLineNo(Node))) : 0;
 }
 
 QString IXMLNode::Prefix() const
@@ -999,7 +1005,7 @@ void IXMLDocument::Parse(const QByteArray &Data, const char *Encoding)
   Context->_private = &Errors;
   Context->sax->serror = CollectError;
   xmlSetGenericErrorFunc(nullptr, IgnoreGenericError);
-  int Options = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
+  int Options = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING | XML_PARSE_BIG_LINES;
   if (Encoding)
     Options |= XML_PARSE_IGNORE_ENC;
   xmlDocPtr Doc = xmlCtxtReadMemory(Context, Data.constData(), int(Data.size()), nullptr, Encoding, Options);

@@ -63,11 +63,9 @@ class EDOMParseError : public Exception
 public:
   EDOMParseError(const QString &Reason, int Line);
   const QString &Reason() const { return FReason; }
-  int Line() const { return FLine; }
 
 private:
   QString FReason;
-  int FLine;
 };
 
 class IXMLDocument;
@@ -91,6 +89,8 @@ public:
   QString LocalName() const;
   QString Prefix() const;
   QString NamespaceURI() const;
+  // The line of the source text an element was read from; 0 when unknown.
+  int LineNumber() const;
 
   // The character data of text, CDATA, comment and attribute nodes; empty for other nodes.
   QString NodeValue() const;
