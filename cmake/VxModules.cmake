@@ -15,6 +15,12 @@ endfunction()
 function(vx_shared_library name)
   cmake_parse_arguments(ARG "" "" "MODULES;LIBS" ${ARGN})
   add_library(${name} SHARED)
+  add_library(vxsvg::${name} ALIAS ${name})
+  target_compile_features(${name} PUBLIC cxx_std_20)
+  set_target_properties(${name} PROPERTIES VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR})
+  target_include_directories(${name} INTERFACE
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include> $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/include>
+    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/vxsvg>)
   foreach(module IN LISTS ARG_MODULES)
     target_sources(${name} PRIVATE $<TARGET_OBJECTS:${module}>)
     target_link_libraries(${name} PUBLIC $<BUILD_INTERFACE:${module}>)
