@@ -1,3 +1,5 @@
+include(GoogleTest)
+
 # Every source folder is one object module. The shared libraries are made of whole modules, and a
 # test program links exactly the modules it exercises, so a folder can be built and tested on its own.
 function(vx_module name folder)
@@ -41,8 +43,9 @@ function(vx_test name folder)
   add_executable(${name} ${sources})
   target_link_libraries(${name} PRIVATE ${VX_TEST_SUPPORT} GTest::gtest ${ARGN})
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
-  add_test(NAME ${name} COMMAND ${name})
-  set_tests_properties(${name} PROPERTIES
-    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;VXSVG_TEST_DATA=${PROJECT_SOURCE_DIR}/tests/data;VXSVG_EXAMPLES=${PROJECT_SOURCE_DIR}/examples"
-    TIMEOUT 600)
+  # Each test case is a test of its own, so that ctest lists and reruns them one by one. The test
+  # main finds the data folders and the headless platform itself; VX_TEST_ENVIRONMENT may name one
+  # more variable.
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+                       PROPERTIES TIMEOUT 600 LABELS ${name} ENVIRONMENT "${VX_TEST_ENVIRONMENT}")
 endfunction()

@@ -31,6 +31,8 @@ void RegisterTestFonts()
 int main(int argc, char **argv)
 {
   setenv("QT_QPA_PLATFORM", "offscreen", 0);
+  setenv("VXSVG_TEST_DATA", VXSVG_SOURCE_DIR "/tests/data", 0);
+  setenv("VXSVG_EXAMPLES", VXSVG_SOURCE_DIR "/examples", 0);
 #ifdef VXSVG_TEST_WIDGETS
   QApplication App(argc, argv);
 #else
