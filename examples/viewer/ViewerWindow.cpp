@@ -196,7 +196,7 @@ void TViewerWindow::ShowError(const QString &Message)
 
 QString TViewerWindow::ErrorText() const
 {
-  return FError->isVisible() || !FError->isHidden() ? FError->text() : QString();
+  return FError->isHidden() ? QString() : FError->text();
 }
 
 void TViewerWindow::Open()

@@ -99,6 +99,25 @@ TEST_F(ImageControlTest, TransformMovesThePictureAndItsClicks)
   EXPECT_EQ(IdAt(5, 10), QStringLiteral("-"));
 }
 
+// A parent that places its children 5 units lower.
+class TLoweringParent : public QWidget, public IVXMatrixProvider
+{
+public:
+  TMatrix GetAbsoluteMatrix() const override { return CreateTranslateVXMatrix(0, 5); }
+};
+
+TEST_F(ImageControlTest, ParentMatrixComesAfterTheControlsOwn)
+{
+  TLoweringParent Parent;
+  Image.setParent(&Parent);
+  Image.SetWrapMode(iwOriginal);
+  Image.Transform().Position().SetPoint(TPointF{20, 0});
+  EXPECT_EQ(Pixel(25, 3), Transparent);
+  EXPECT_EQ(Pixel(25, 7), Red);
+  EXPECT_EQ(IdAt(35, 7), QStringLiteral("right"));
+  Image.setParent(nullptr);
+}
+
 TEST_F(ImageControlTest, RootIdShowsOneElementOrNothing)
 {
   Image.SetWrapMode(iwStretch);
