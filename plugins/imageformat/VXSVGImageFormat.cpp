@@ -63,6 +63,7 @@ bool TVXSVGImageIOHandler::Load() const
   } catch (const std::exception &) {
     return false;
   }
+  Picture->SizeToContent();
   if (Picture->GetWidth() <= 0 || Picture->GetHeight() <= 0)
     return false;
   FPicture = std::move(Picture);

@@ -221,6 +221,7 @@ TSVGImageFile *TVXSVGIconEngine::Picture(TSource &Source) const
     Buffer.open(QIODevice::ReadOnly);
     try {
       File->LoadFromStream(Buffer);
+      File->SizeToContent();
       Source.Picture = std::move(File);
     } catch (const std::exception &) {
       Source.Picture.reset();

@@ -166,6 +166,20 @@ QImage TSVGImageFile::RenderImage(const QSize &Size, const QRect &Clip, const QC
   return Image;
 }
 
+void TSVGImageFile::SizeToContent()
+{
+  TSVGDocument *Document = SVG();
+  if (!Document || (FImage->FWidth > 0 && FImage->FHeight > 0))
+    return;
+  const TRectF Bounds = Document->GetBoundsRect();
+  if (Bounds.Right <= 0 || Bounds.Bottom <= 0)
+    return;
+  const float Width = std::ceil(Bounds.Right);
+  const float Height = std::ceil(Bounds.Bottom);
+  Document->SetViewBox(TRectF{0, 0, Width, Height});
+  StoreSize(Width, Height);
+}
+
 TVXGPBitmap *TSVGImageFile::GetBitmap() const
 {
   if (GetEmpty())

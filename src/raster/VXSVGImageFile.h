@@ -74,6 +74,10 @@ public:
   void LoadFromClipboardFormat() override;
   void SaveToClipboardFormat() override;
 
+  // Gives a picture with neither a size nor a view box of its own the size of what it draws,
+  // measured from the origin, and a view box over it, as Qt programs expect of such files; others
+  // keep their size.
+  void SizeToContent();
   // The shared document, nullptr while empty. Changing it changes every graphic that shares it.
   TSVGDocument *SVG() const;
   // The options the next loaded document gets.

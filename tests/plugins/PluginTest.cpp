@@ -54,6 +54,17 @@ TEST_F(PluginTest, ReadsAtTheNaturalSize)
   ASSERT_EQ(Image.size(), QSize(20, 10)) << Reader.errorString().toStdString();
   EXPECT_EQ(Image.pixel(9, 5), Red);
   EXPECT_EQ(Image.pixel(10, 5), Blue);
+
+  // Without a size or a view box a picture is as large as what it draws, from the origin.
+  QImageReader Sizeless(Write(QStringLiteral("sizeless.svg"), "<svg xmlns='http://www.w3.org/2000/svg'>"
+                                                              "<rect x='10' y='5' width='40' height='25' fill='red'/></svg>"));
+  Sizeless.setScaledSize(QSize(100, 60));
+  const QImage Content = Sizeless.read();
+  ASSERT_EQ(Content.size(), QSize(100, 60));
+  EXPECT_EQ(Content.pixel(19, 30), 0u);
+  EXPECT_EQ(Content.pixel(21, 30), Red);
+  EXPECT_EQ(Content.pixel(50, 9), 0u);
+  EXPECT_EQ(Content.pixel(50, 11), Red);
 }
 
 // Drawn at the size asked for, not scaled from a bitmap: the edge stays between two pixels.
