@@ -130,6 +130,8 @@ TRectF TSVGCustomViewBox::Viewport() const
 
 TRectF TSVGCustomViewBox::GetBoundsRect() const
 {
+  if (ViewportFollowsStandard())
+    return StandardViewport();
   if (FViewBox.Specified() && !GetOwner())
     return FViewBox.GetRect();
   const TRectF Own = TSVGGraphicElement::GetBoundsRect();
@@ -149,10 +151,81 @@ void TSVGCustomViewBox::Draw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const T
 {
   if (!ShouldDraw())
     return;
+  if (ViewportFollowsStandard()) {
+    DrawStandardViewport(Matrix, Canvas, Rect);
+    return;
+  }
   TVXGPCanvasStateGuard Guard(Canvas);
   OverflowClipping(Matrix, Canvas, Rect);
   const TMatrix Combined = VXMatrixMultiply(GetViewMatrix(VXIdentityMatrix, Viewport()), Matrix);
   InternalDraw(Combined, Canvas, Rect);
+}
+
+bool TSVGCustomViewBox::ViewportFollowsStandard() const
+{
+  return FollowsStandardSVG() && GetOwner() && (SVGType() == etDoc || SVGType() == etSymbol);
+}
+
+TRectF TSVGCustomViewBox::StandardViewport() const
+{
+  const TSVGCustomViewBox *Outer = Parent() ? Parent()->GetNearestViewBox() : nullptr;
+  const auto *Lender = dynamic_cast<const TSVGGraphicElement *>(Parent());
+  const bool Lent = Lender && Lender->SVGType() == etUse;
+  auto Side = [&](bool Given, float Own, float UseSide, const TSVGLength *Whole) {
+    if (Lent && UseSide > 0)
+      return UseSide;
+    if (Given)
+      return Own;
+    return Outer ? Whole->GetValue() : 0.0f;
+  };
+  const float W = Side(FWidthGiven, GetWidth(), Lent ? Lender->GetWidth() : 0.0f,
+                       Outer ? Outer->ViewBox().Width() : nullptr);
+  const float H = Side(FHeightGiven, GetHeight(), Lent ? Lender->GetHeight() : 0.0f,
+                       Outer ? Outer->ViewBox().Height() : nullptr);
+  return TRectF{GetX(), GetY(), GetX() + W, GetY() + H};
+}
+
+TMatrix TSVGCustomViewBox::StandardViewMatrix(const TRectF &Viewport) const
+{
+  const double VW = FViewBox.Width()->GetValue();
+  const double VH = FViewBox.Height()->GetValue();
+  if (!FViewBox.Specified() || !(VW > 0) || !(VH > 0))
+    return CreateTranslateVXMatrix(Viewport.Left, Viewport.Top);
+  double SX = Viewport.Width() / VW;
+  double SY = Viewport.Height() / VH;
+  const TSVGAlign Align = FAspectRatio.GetAlign();
+  if (Align != saNone)
+    SX = SY = FAspectRatio.GetSlice() ? std::max(SX, SY) : std::min(SX, SY);
+  double X = Viewport.Left - FViewBox.X()->GetValue() * SX;
+  double Y = Viewport.Top - FViewBox.Y()->GetValue() * SY;
+  const double FreeX = Viewport.Width() - VW * SX;
+  const double FreeY = Viewport.Height() - VH * SY;
+  if (Align == saXMidYMin || Align == saXMidYMid || Align == saXMidYMax)
+    X += FreeX / 2;
+  else if (Align == saXMaxYMin || Align == saXMaxYMid || Align == saXMaxYMax)
+    X += FreeX;
+  if (Align == saXMinYMid || Align == saXMidYMid || Align == saXMaxYMid)
+    Y += FreeY / 2;
+  else if (Align == saXMinYMax || Align == saXMidYMax || Align == saXMaxYMax)
+    Y += FreeY;
+  return VXMatrixMultiply(CreateScaleVXMatrix(float(SX), float(SY)), CreateTranslateVXMatrix(float(X), float(Y)));
+}
+
+void TSVGCustomViewBox::DrawStandardViewport(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)
+{
+  const TRectF Port = StandardViewport();
+  // A viewport without area shows nothing.
+  if (!(Port.Width() > 0) || !(Port.Height() > 0))
+    return;
+  TVXGPCanvasStateGuard Guard(Canvas);
+  const TMatrix Outer = VXMatrixMultiply(ViewportTransform(), Matrix);
+  if (!IsOverflow() && GetOptions().Contains(soApplyClipping)) {
+    const TMatrix Saved = Canvas.GetMatrix();
+    Canvas.SetMatrix(VXMatrixMultiply(Outer, Saved));
+    Canvas.IntersectClip(Port);
+    Canvas.SetMatrix(Saved);
+  }
+  DrawFrame(VXMatrixMultiply(StandardViewMatrix(Port), Outer), Canvas, Rect);
 }
 
 void TSVGCustomViewBox::DrawElementParent(TMatrix &Matrix, TVXGPCanvas &Canvas, TRectF &Rect)
@@ -200,6 +273,8 @@ void TSVGCustomViewBox::DoLoadFromXML(const IXMLNode &Node)
     ParseRect(Text, &FViewBox);
   FViewBox.SetSpecified(!Text.isEmpty());
   ParseAspectRatio(ParseAttrString(Node, QStringLiteral("preserveAspectRatio")), FAspectRatio);
+  FWidthGiven = Node.HasAttribute(QStringLiteral("width"));
+  FHeightGiven = Node.HasAttribute(QStringLiteral("height"));
 }
 
 void TSVGCustomViewBox::DoSaveToXML(const IXMLNode &Node)

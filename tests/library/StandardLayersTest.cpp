@@ -151,3 +151,48 @@ TEST(CanvasLayer, KeepsClipAndMatrixAndFoldsOverTheBudget)
 }
 
 } // namespace
+
+namespace {
+
+struct TViewportCase
+{
+  const char *Name;
+  const char *Body;
+  // Probes: Inside shows red in standard mode, Outside shows nothing there.
+  int InX, InY, OutX, OutY;
+  QRgb DocumentedIn, DocumentedOut;
+};
+
+const TViewportCase ViewportCases[] = {
+    {"a symbol is not drawn in place",
+     "<symbol id='s'><rect width='10' height='10' fill='red'/></symbol><rect x='30' y='30' width='5' height='5' "
+     "fill='red'/>",
+     32, 32, 5, 5, Red, Red},
+    {"use of a symbol maps its view box into the use's size",
+     "<symbol id='s' viewBox='0 0 10 10'><rect width='10' height='10' fill='red'/></symbol>"
+     "<use xlink:href='#s' x='20' y='20' width='20' height='20'/>",
+     38, 38, 15, 15, Red, NoColor},
+    {"nested svg at x and y, clipped to its size",
+     "<svg x='10' y='10' width='10' height='10'><rect width='30' height='30' fill='red'/></svg>", 15, 15, 25, 25,
+     Red, NoColor},
+    {"use of an svg takes the use's size and clips to it",
+     "<defs><svg id='s' viewBox='0 0 20 20'><rect width='30' height='30' fill='red'/></svg></defs>"
+     "<use xlink:href='#s' width='10' height='10'/>",
+     5, 5, 12, 12, Red, Red},
+};
+
+TEST_F(StandardLayers, ViewportsOfNestedSvgSymbolAndUse)
+{
+  for (const TViewportCase &C : ViewportCases) {
+    SCOPED_TRACE(C.Name);
+    const QString Body = QString::fromUtf8(C.Body);
+    const QImage Documented = RenderIn(false, Body);
+    EXPECT_EQ(Documented.pixel(C.InX, C.InY), C.DocumentedIn);
+    EXPECT_EQ(Documented.pixel(C.OutX, C.OutY), C.DocumentedOut);
+    const QImage Standard = RenderIn(true, Body);
+    EXPECT_EQ(Standard.pixel(C.InX, C.InY), Red);
+    EXPECT_EQ(Standard.pixel(C.OutX, C.OutY), NoColor);
+  }
+}
+
+} // namespace
