@@ -4,6 +4,7 @@
 // text output at every draw.
 #include "platform/vectorkit/VXGPCanvas.h"
 #include "text/VXSVGText.h"
+#include "text/VXSVGTextBrowserLayout.h"
 #include "text/VXSVGTextVariant.h"
 #include "values/VXSVGLookups.h"
 
@@ -99,6 +100,10 @@ void TSVGText::CreateTextShapes(TVXGPCanvas &Canvas, const TMatrix &Matrix)
   ClearShapes(false);
   if (IsFillingText())
     return;
+  if (LaysOutAsBrowsers() && TSVGBrowserTextLayout::Handles(*this)) {
+    TSVGBrowserTextLayout(*this).Run();
+    return;
+  }
   TSVGTextChunks Chunks;
   ChunkText(Canvas, Matrix, Chunks);
   ConvertToPath(Canvas, Matrix, Chunks);

@@ -194,7 +194,11 @@ void TSVGGraphicElement::SetVisible(bool Value)
 
 TVXGPColor TSVGGraphicElement::GetColor() const
 {
-  return InheritanceSource(ipColor)->FColor;
+  const TSVGGraphicElement *Source = InheritanceSource(ipColor);
+  // Only the standard road tells a colour nobody gave from the field's value.
+  if (ColorStartsBlack() && Source->FInherits.Value().Contains(ipColor))
+    return 0xFF000000;
+  return Source->FColor;
 }
 
 void TSVGGraphicElement::SetColor(TVXGPColor Value)
@@ -615,6 +619,8 @@ void TSVGGraphicElement::AssignProperties(const TSVGElement *Source)
     FBaselineShift->Assign(Graphic->FBaselineShift.get());
     FVisible = Graphic->FVisible;
     FColor = Graphic->FColor;
+    FFillKeyword = Graphic->FFillKeyword;
+    FStrokeKeyword = Graphic->FStrokeKeyword;
     FCursor = Graphic->FCursor;
     FMatrix = Graphic->FMatrix;
     FClipURI = Graphic->FClipURI;
@@ -688,6 +694,7 @@ void TSVGGraphicElement::ResetToDefaults()
   FMarkerStartURI.clear();
   FMarkerMidURI.clear();
   FMarkerEndURI.clear();
+  FFillKeyword = FStrokeKeyword = pkAbsent;
 }
 
 void TSVGGraphicElement::Clear()

@@ -12,6 +12,7 @@
 #include "platform/vectorkit/VXGPPath.h"
 #include "tree/VXSVGElement.h"
 #include "tree/VXSVGStyle.h"
+#include "values/VXSVGCSSValues.h"
 #include "values/VXSVGLength.h"
 #include "values/VXSVGPaint.h"
 #include "values/VXSVGPropertiesSet.h"
@@ -88,6 +89,17 @@ public:
   QString GetMarkerStartURI() const;
   QString GetMarkerMidURI() const;
   QString GetMarkerEndURI() const;
+
+  // --- the standard road of presentation (graphics/VXSVGCSSPresentation.cpp) ---
+  // Whether color starts black instead of transparent.
+  bool ColorStartsBlack() const { return FollowsStandardSVG(); }
+  // Whether paints, colours and opacities are read as CSS reads them: Color 4 forms, a fallback
+  // behind a reference, percentages, invalid text ignored, currentColor taken where the paint is used.
+  bool ReadsPaintAsCSS() const { return FollowsStandardSVG(); }
+  // Whether styles cascade as CSS: presentation attributes below every rule, rules by specificity
+  // and then by order, the style attribute above them, !important above all; transform and
+  // transform-origin as properties; a transform that cannot be read is ignored.
+  bool CascadesAsCSS() const { return FollowsStandardSVG(); }
 
   // The paints as resolved (inherited pieces merged); outside a load they resolve on first use.
   virtual TSVGBrush &GetBrush();
@@ -382,13 +394,28 @@ private:
   void ApplyStrokeWidthStyle(const QString &Text, const TSVGUnitFactors &Factors);
   void ApplyFontStyle(const TSVGStyle &Style, const TSVGUnitFactors &Factors);
   void ApplyMarkerStyle(const TSVGStyle &Style);
+  void ApplyCSSColorStyle(const QString &Text);
+  void ApplyCascadedStyles(const TVXStringObjectHashTable<TSVGStyle> *Sheet);
+  // The transform and transform-origin that Style names, as the element's matrix.
+  void ApplyTransformStyle(const TSVGStyle &Style);
+  TMatrix LoadTransform(const QString &Text) const;
+  // A paint read as CSS; Keyword keeps what is resolved where the paint is used (currentColor).
+  template <typename TPaint>
+  void ApplyCSSPaintStyle(const QString &Text, TSVGStyleProperty Property, TPaint &Paint, TSVGPaintKeyword &Keyword);
+  // The keyword that the fill (ipFill) or stroke (ipStroke) resolves at use, inherited ones included.
+  TSVGPaintKeyword PaintKeyword(TSVGStyleProperty Property) const;
+  float ParseOpacityStyle(const QString &Text, float Default, bool &IsInherited) const;
+
+  TSVGGraphicElement *FGraphicParent = nullptr;
+  // What fill and stroke name that is resolved at use (pkAbsent for a plain paint); standard road only.
+  TSVGPaintKeyword FFillKeyword = pkAbsent;
+  TSVGPaintKeyword FStrokeKeyword = pkAbsent;
   // Keeps the compositing declarations of the style attribute; presentation attributes of those
   // names are not honoured.
   void ReadCompositingStyle(const QString &StyleText);
   void ApplyCompositingStyle(const TSVGStyle &Style);
   bool HasSeveralPaintedParts() const;
 
-  TSVGGraphicElement *FGraphicParent = nullptr;
   TVXGPBlendMode FBlendMode = bmNormal;
   bool FIsolated = false;
   // mix-blend-mode and isolation as the style attribute declared them (empty when it did not).
