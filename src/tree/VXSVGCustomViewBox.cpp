@@ -187,17 +187,26 @@ TRectF TSVGCustomViewBox::StandardViewport() const
 
 TMatrix TSVGCustomViewBox::StandardViewMatrix(const TRectF &Viewport) const
 {
-  const double VW = FViewBox.Width()->GetValue();
-  const double VH = FViewBox.Height()->GetValue();
-  if (!FViewBox.Specified() || !(VW > 0) || !(VH > 0))
+  const TRectF Box = FViewBox.GetRect();
+  if (!FViewBox.Specified() || !(Box.Width() > 0) || !(Box.Height() > 0))
+    return CreateTranslateVXMatrix(Viewport.Left, Viewport.Top);
+  return StandardFit(Box, Viewport, FAspectRatio);
+}
+
+TMatrix TSVGCustomViewBox::StandardFit(const TRectF &Source, const TRectF &Viewport,
+                                       const TSVGPreserveAspectRatio &Aspect)
+{
+  const double VW = Source.Width();
+  const double VH = Source.Height();
+  if (!(VW > 0) || !(VH > 0))
     return CreateTranslateVXMatrix(Viewport.Left, Viewport.Top);
   double SX = Viewport.Width() / VW;
   double SY = Viewport.Height() / VH;
-  const TSVGAlign Align = FAspectRatio.GetAlign();
+  const TSVGAlign Align = Aspect.GetAlign();
   if (Align != saNone)
-    SX = SY = FAspectRatio.GetSlice() ? std::max(SX, SY) : std::min(SX, SY);
-  double X = Viewport.Left - FViewBox.X()->GetValue() * SX;
-  double Y = Viewport.Top - FViewBox.Y()->GetValue() * SY;
+    SX = SY = Aspect.GetSlice() ? std::max(SX, SY) : std::min(SX, SY);
+  double X = Viewport.Left - Source.Left * SX;
+  double Y = Viewport.Top - Source.Top * SY;
   const double FreeX = Viewport.Width() - VW * SX;
   const double FreeY = Viewport.Height() - VH * SY;
   if (Align == saXMidYMin || Align == saXMidYMid || Align == saXMidYMax)
@@ -273,8 +282,12 @@ void TSVGCustomViewBox::DoLoadFromXML(const IXMLNode &Node)
     ParseRect(Text, &FViewBox);
   FViewBox.SetSpecified(!Text.isEmpty());
   ParseAspectRatio(ParseAttrString(Node, QStringLiteral("preserveAspectRatio")), FAspectRatio);
-  FWidthGiven = Node.HasAttribute(QStringLiteral("width"));
-  FHeightGiven = Node.HasAttribute(QStringLiteral("height"));
+  // "auto" stands for no size, as an absent attribute does.
+  auto Given = [&](const QString &Name) {
+    return Node.HasAttribute(Name) && ParseAttrString(Node, Name) != QLatin1String("auto");
+  };
+  FWidthGiven = Given(QStringLiteral("width"));
+  FHeightGiven = Given(QStringLiteral("height"));
 }
 
 void TSVGCustomViewBox::DoSaveToXML(const IXMLNode &Node)

@@ -53,9 +53,11 @@ public:
   bool ViewportFollowsStandard() const;
   // The viewport in the parent's user space, by those rules.
   TRectF StandardViewport() const;
-  // The view box of size mapped into Viewport by preserveAspectRatio, or the move to its corner
-  // without a view box.
+  // The view box mapped into Viewport by preserveAspectRatio, or the move to its corner without a
+  // view box.
   TMatrix StandardViewMatrix(const TRectF &Viewport) const;
+  // Source fitted into Viewport by Aspect, as the standard does it (meet, slice or stretched).
+  static TMatrix StandardFit(const TRectF &Source, const TRectF &Viewport, const TSVGPreserveAspectRatio &Aspect);
   void DrawStandardViewport(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
   // The transform that applies outside the viewport (a symbol's is not one of its attributes).
   virtual TMatrix ViewportTransform() const { return FMatrix; }
