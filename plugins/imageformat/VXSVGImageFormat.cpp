@@ -1,6 +1,6 @@
 #include "VXSVGImageFormat.h"
 
-#include "raster/VXSVGCompressed.h"
+#include "values/VXSVGCompressed.h"
 #include "raster/VXSVGImageFile.h"
 #include "tree/VXSVGDocument.h"
 

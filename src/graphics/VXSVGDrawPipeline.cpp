@@ -85,7 +85,11 @@ void TSVGGraphicElement::Draw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const 
 
 void TSVGGraphicElement::InternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)
 {
-  const TMatrix Combined = VXMatrixMultiply(FMatrix, Matrix);
+  DrawFrame(VXMatrixMultiply(FMatrix, Matrix), Canvas, Rect);
+}
+
+void TSVGGraphicElement::DrawFrame(const TMatrix &Combined, TVXGPCanvas &Canvas, const TRectF &Rect)
+{
   const bool DrawOwn = BeginDraw(Combined, Canvas, Rect);
   // EndDraw restores the canvas, so it also runs when the element's own draw or a child fails.
   try {

@@ -119,9 +119,14 @@ void TSVGGraphicElement::ReadCompositingStyle(const QString &StyleText)
 
 void TSVGGraphicElement::ApplyCompositingStyle(const TSVGStyle &Style)
 {
-  const bool Own = &Style == &FStyle;
-  FBlendMode = ParseBlendMode(Own ? FStyleBlendMode : Style.Values(MixBlendModeName), FBlendMode);
-  FIsolated = ParseIsolation(Own ? FStyleIsolation : Style.Values(IsolationName), FIsolated);
+  // The element's own style (or a cascade that took its value from there) also holds the
+  // attributes: of those, only the style attribute's declaration counts.
+  auto Declared = [&](const QString &Name, const QString &FromStyleAttribute) {
+    const QString Value = Style.Values(Name);
+    return &Style == &FStyle || Value == FStyle.Values(Name) ? FromStyleAttribute : Value;
+  };
+  FBlendMode = ParseBlendMode(Declared(MixBlendModeName, FStyleBlendMode), FBlendMode);
+  FIsolated = ParseIsolation(Declared(IsolationName, FStyleIsolation), FIsolated);
 }
 
 } // namespace vx

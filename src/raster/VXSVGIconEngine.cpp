@@ -1,6 +1,6 @@
 #include "raster/VXSVGIconEngine.h"
 
-#include "raster/VXSVGCompressed.h"
+#include "values/VXSVGCompressed.h"
 #include "raster/VXSVGImageFile.h"
 
 #include <QBuffer>

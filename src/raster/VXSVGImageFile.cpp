@@ -2,7 +2,7 @@
 
 #include "platform/vectorkit/VXGPBitmap.h"
 #include "platform/vectorkit/VXGPCanvas.h"
-#include "raster/VXSVGCompressed.h"
+#include "values/VXSVGCompressed.h"
 #include "raster/VXSVGRaster.h"
 #include "tree/VXSVGDocument.h"
 #include "values/VXSVGException.h"

@@ -5,10 +5,12 @@
 #include "platform/vectorkit/VXGPCanvas.h"
 #include "tree/VXSVGDocument.h"
 #include "values/VXSVGAttributes.h"
+#include "values/VXSVGCompressed.h"
 #include "values/VXSVGDataURI.h"
 
 #include <QBuffer>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QUrl>
 
@@ -62,6 +64,12 @@ int BitmapSide(float Value)
   return Value >= 0 && Value <= VXMaxBitmapSide ? int(Value) : VXMaxBitmapSide + 1;
 }
 
+// Markup starts with "<" (after blanks); no raster format does.
+bool LooksLikeMarkup(const QByteArray &Data)
+{
+  return Data.trimmed().startsWith('<');
+}
+
 } // namespace
 
 TSVGImage::TSVGImage(TSVGDocument *Owner) : TSVGCustomViewBox(Owner, saXMidYMid) {}
@@ -86,6 +94,7 @@ TVXGPBitmap &TSVGImage::EnsureBitmap()
 
 void TSVGImage::LoadImage()
 {
+  FPicture.reset();
   if (StartsText(QStringLiteral("data:"), FReference)) {
     LoadDataURI();
     return;
@@ -105,6 +114,12 @@ void TSVGImage::LoadDataURI()
   try {
     TSVGDataURI Parts;
     ParseDataURI(FReference, Parts);
+    if (PicturesFollowStandard()) {
+      const QByteArray Data = Parts.IsBase64 ? DecodeBase64Payload(Parts.Payload)
+                                             : QByteArray::fromPercentEncoding(Parts.Payload.toUtf8());
+      LoadPicture(QString(), Data, Parts.MediaType.contains(QLatin1String("svg"), Qt::CaseInsensitive));
+      return;
+    }
     if (IsBase64Image(Parts, QStringLiteral("svg+xml")))
       LoadSVG(QString(), DecodeBase64Payload(Parts.Payload));
     else
@@ -134,6 +149,14 @@ void TSVGImage::LoadFile(const QString &FileName)
   TVXGPBitmap &Target = EnsureBitmap();
   // Nothing of a broken file escapes; the bitmap keeps what it held.
   try {
+    if (PicturesFollowStandard()) {
+      QFile File(FileName);
+      if (!File.open(QIODevice::ReadOnly) || File.size() > SVGMaxInflatedSize)
+        return;
+      const QString Suffix = QFileInfo(FileName).suffix().toLower();
+      LoadPicture(FileName, File.readAll(), Suffix == QLatin1String("svg") || Suffix == QLatin1String("svgz"));
+      return;
+    }
     // Only the exact extension ".svg" makes a document; anything else must be a bitmap.
     if (QFileInfo(FileName).suffix() == QLatin1String("svg"))
       LoadSVG(FileName, QByteArray());
@@ -141,6 +164,22 @@ void TSVGImage::LoadFile(const QString &FileName)
       LoadRasterImageFile(FileName, Target);
   } catch (...) {
   }
+}
+
+void TSVGImage::LoadPicture(const QString &Name, const QByteArray &Data, bool DeclaredSVG)
+{
+  const bool Compressed = IsGzipData(Data);
+  const QByteArray Bytes = Compressed ? InflateGzip(Data) : Data;
+  if (!DeclaredSVG && !LooksLikeMarkup(Bytes)) {
+    LoadRasterImage(Bytes, EnsureBitmap());
+    return;
+  }
+  FBitmap.reset();
+  // A plain file is loaded by name, so that the pictures it names are found beside it.
+  if (!Name.isEmpty() && !Compressed)
+    LoadSVG(Name, QByteArray());
+  else
+    LoadSVG(Name.isEmpty() ? QString() : Name, Bytes);
 }
 
 void TSVGImage::LoadSVG(const QString &FileName, const QByteArray &Data)
@@ -152,14 +191,21 @@ void TSVGImage::LoadSVG(const QString &FileName, const QByteArray &Data)
   if (IsRecursiveLoad(Holder, Name))
     return;
   TLoadingScope Scope(Holder, Name);
-  TSVGDocument Picture;
-  if (FileName.isEmpty()) {
+  auto Loaded = std::make_unique<TSVGDocument>();
+  TSVGDocument &Picture = *Loaded;
+  if (PicturesFollowStandard())
+    Picture.SetOptions(GetOptions());
+  if (!Data.isEmpty() || FileName.isEmpty()) {
     QBuffer Buffer;
     Buffer.setData(Data);
     Buffer.open(QIODevice::ReadOnly);
     Picture.LoadFromStream(Buffer);
   } else {
     Picture.LoadFromFile(FileName);
+  }
+  if (PicturesFollowStandard()) {
+    FPicture = std::move(Loaded);
+    return;
   }
   const TSVGViewBox &Box = Picture.IsViewBoxSpecified() ? Picture.ViewBox() : FViewBox;
   const TRectF R = VXRect(0, 0, Box.Width()->GetValue(), Box.Height()->GetValue());
@@ -213,8 +259,86 @@ void TSVGImage::Draw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &R
   InternalDraw(Matrix, Canvas, Rect);
 }
 
+TSizeF TSVGImage::NaturalSize() const
+{
+  if (!FPicture)
+    return FBitmap ? TSizeF{float(FBitmap->GetWidth()), float(FBitmap->GetHeight())} : TSizeF{0, 0};
+  float W = FPicture->GetWidth();
+  float H = FPicture->GetHeight();
+  if (FPicture->IsViewBoxSpecified()) {
+    const TRectF Box = FPicture->ViewBox().GetRect();
+    if (!(W > 0) && !(H > 0)) {
+      W = Box.Width();
+      H = Box.Height();
+    } else if (!(W > 0) && Box.Height() > 0) {
+      W = H * Box.Width() / Box.Height();
+    } else if (!(H > 0) && Box.Width() > 0) {
+      H = W * Box.Height() / Box.Width();
+    }
+  }
+  // A picture with no size at all is shown as browsers show it, 100 by 100.
+  return TSizeF{W > 0 ? W : 100.0f, H > 0 ? H : 100.0f};
+}
+
+TRectF TSVGImage::StandardImageRect() const
+{
+  float W = GetWidth();
+  float H = GetHeight();
+  const TSizeF Natural = NaturalSize();
+  if (!FWidthGiven && !FHeightGiven) {
+    W = Natural.cx;
+    H = Natural.cy;
+  } else if (!FWidthGiven) {
+    W = Natural.cy > 0 ? H * Natural.cx / Natural.cy : 0;
+  } else if (!FHeightGiven) {
+    H = Natural.cx > 0 ? W * Natural.cy / Natural.cx : 0;
+  }
+  return TRectF{GetX(), GetY(), GetX() + W, GetY() + H};
+}
+
+bool TSVGImage::ScalesWithoutSmoothing() const
+{
+  const QString Name = QStringLiteral("image-rendering");
+  for (const TSVGGraphicElement *E = this; E; E = E->GetGraphicParent()) {
+    const QString Value = Trim(E->Style().Values(Name));
+    if (Value.isEmpty() || Value == QLatin1String("inherit"))
+      continue;
+    return Value == QLatin1String("optimizeSpeed") || Value == QLatin1String("pixelated") ||
+           Value == QLatin1String("crisp-edges");
+  }
+  return false;
+}
+
+bool TSVGImage::DrawStandardPicture(const TMatrix &Matrix, TVXGPCanvas &Canvas)
+{
+  const TRectF R = StandardImageRect();
+  const TSizeF Natural = NaturalSize();
+  const bool HasBitmap = FBitmap && !FBitmap->IsEmpty();
+  if (!(R.Width() > 0 && R.Height() > 0) || !(Natural.cx > 0 && Natural.cy > 0) || (!FPicture && !HasBitmap))
+    return false;
+  const TRectF Source = FPicture && FPicture->IsViewBoxSpecified() ? FPicture->ViewBox().GetRect()
+                                                                    : TRectF{0, 0, Natural.cx, Natural.cy};
+  const TMatrix Fit = VXMatrixMultiply(StandardFit(Source, R, FAspectRatio), Matrix);
+  TVXGPCanvasStateGuard Guard(Canvas);
+  const TMatrix Saved = Canvas.GetMatrix();
+  Canvas.SetMatrix(VXMatrixMultiply(Matrix, Saved));
+  Canvas.IntersectClip(R);
+  Canvas.SetMatrix(Saved);
+  if (FPicture) {
+    FPicture->Draw(Fit, Canvas, R);
+    return true;
+  }
+  Canvas.SetMatrix(VXMatrixMultiply(Fit, Saved));
+  if (ScalesWithoutSmoothing())
+    Canvas.SetInterpolationMode(VXInterpolationModeNearestNeighbor);
+  Canvas.DrawImage(*FBitmap, TRectF{0, 0, Natural.cx, Natural.cy});
+  return true;
+}
+
 bool TSVGImage::DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &)
 {
+  if (PicturesFollowStandard())
+    return DrawStandardPicture(Matrix, Canvas);
   const TRectF B = GetBoundsRect();
   if (!(B.Width() > 0 && B.Height() > 0) || !FBitmap || FBitmap->IsEmpty())
     return false;
@@ -256,6 +380,9 @@ void TSVGImage::AssignProperties(const TSVGElement *Source)
     FReference = Image->FReference;
     if (Image->FBitmap)
       EnsureBitmap().Assign(Image->FBitmap.get());
+    // A document is not copied: the copy loads its own.
+    if (Image->FPicture)
+      LoadImage();
   }
   TSVGCustomViewBox::AssignProperties(Source);
 }

@@ -17,6 +17,7 @@
 namespace vx {
 
 class TVXGPBitmap;
+class TSVGDocument;
 
 class TSVGImage : public TSVGCustomViewBox
 {
@@ -44,6 +45,17 @@ public:
   // larger of the bitmap's two side ratios, and the result is placed by the align; saNone stretches.
   TRectF Align(const TRectF &Rect) const;
 
+  // Whether pictures are placed as browsers place them: an SVG picture is kept as a document and
+  // drawn as vectors at the size it is shown, a missing width or height comes from the picture,
+  // preserveAspectRatio fits the picture by the standard arithmetic, data URIs and files are
+  // recognised by their content whatever their media type or extension, and svgz is inflated.
+  bool PicturesFollowStandard() const { return FollowsStandardSVG(); }
+  // The SVG picture drawn as vectors in standard mode; nil otherwise.
+  TSVGDocument *Picture() const { return FPicture.get(); }
+  // The rectangle the picture is shown in: width and height that were not given come from the
+  // picture's size (one from the other by its proportions when only one is missing).
+  TRectF StandardImageRect() const;
+
   // The frame of a graphic element: the picture maps into the element's own rectangle, so no view
   // box mapping and no overflow clipping of the viewport apply.
   void Draw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect) override;
@@ -68,9 +80,18 @@ private:
   // Renders an SVG document (a file, or the bytes of a data URI) into the bitmap at its view box size.
   void LoadSVG(const QString &FileName, const QByteArray &Data);
   TVXGPBitmap &EnsureBitmap();
+  // Standard mode: Data (of the file Name, or of a data URI when Name is empty) is an SVG picture,
+  // compressed or not, or a raster picture of any format.
+  void LoadPicture(const QString &Name, const QByteArray &Data, bool DeclaredSVG);
+  // The picture's own size: a raster's pixels, an SVG's width and height or view box.
+  TSizeF NaturalSize() const;
+  bool DrawStandardPicture(const TMatrix &Matrix, TVXGPCanvas &Canvas);
+  // Whether image-rendering (inherited) asks for a raster scaled without smoothing.
+  bool ScalesWithoutSmoothing() const;
 
   QString FReference;
   std::unique_ptr<TVXGPBitmap> FBitmap;
+  std::unique_ptr<TSVGDocument> FPicture;
 };
 
 } // namespace vx

@@ -84,6 +84,14 @@ bool IsViewportTarget(const TSVGGraphicElement &Target)
   return dynamic_cast<const TSVGDocument *>(&Target) || dynamic_cast<const TSVGSymbol *>(&Target);
 }
 
+// In standard mode a nested svg or symbol places and sizes its own viewport (taking this use's
+// width and height), so the use only moves it by x and y, as any other target.
+bool ViewportTargetPlacesItself(const TSVGGraphicElement &Target)
+{
+  const auto *Viewport = dynamic_cast<const TSVGCustomViewBox *>(&Target);
+  return Viewport && Viewport->ViewportFollowsStandard();
+}
+
 } // namespace
 
 TSVGUse::~TSVGUse()
@@ -185,7 +193,7 @@ bool TSVGUse::DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const T
   TSVGGraphicElement *Shown = LendableTarget();
   if (!Shown)
     return false;
-  if (IsViewportTarget(*Shown)) {
+  if (IsViewportTarget(*Shown) && !ViewportTargetPlacesItself(*Shown)) {
     // The target's Draw multiplies in its own view matrix once more; both steps belong to the mapping.
     const TRectF Viewport = DeviceViewport(Matrix);
     TTargetLoan Loan(*Shown, *this);

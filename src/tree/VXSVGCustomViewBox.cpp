@@ -130,6 +130,8 @@ TRectF TSVGCustomViewBox::Viewport() const
 
 TRectF TSVGCustomViewBox::GetBoundsRect() const
 {
+  if (ViewportFollowsStandard())
+    return StandardViewport();
   if (FViewBox.Specified() && !GetOwner())
     return FViewBox.GetRect();
   const TRectF Own = TSVGGraphicElement::GetBoundsRect();
@@ -149,10 +151,90 @@ void TSVGCustomViewBox::Draw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const T
 {
   if (!ShouldDraw())
     return;
+  if (ViewportFollowsStandard()) {
+    DrawStandardViewport(Matrix, Canvas, Rect);
+    return;
+  }
   TVXGPCanvasStateGuard Guard(Canvas);
   OverflowClipping(Matrix, Canvas, Rect);
   const TMatrix Combined = VXMatrixMultiply(GetViewMatrix(VXIdentityMatrix, Viewport()), Matrix);
   InternalDraw(Combined, Canvas, Rect);
+}
+
+bool TSVGCustomViewBox::ViewportFollowsStandard() const
+{
+  return FollowsStandardSVG() && GetOwner() && (SVGType() == etDoc || SVGType() == etSymbol);
+}
+
+TRectF TSVGCustomViewBox::StandardViewport() const
+{
+  const TSVGCustomViewBox *Outer = Parent() ? Parent()->GetNearestViewBox() : nullptr;
+  const auto *Lender = dynamic_cast<const TSVGGraphicElement *>(Parent());
+  const bool Lent = Lender && Lender->SVGType() == etUse;
+  auto Side = [&](bool Given, float Own, float UseSide, const TSVGLength *Whole) {
+    if (Lent && UseSide > 0)
+      return UseSide;
+    if (Given)
+      return Own;
+    return Outer ? Whole->GetValue() : 0.0f;
+  };
+  const float W = Side(FWidthGiven, GetWidth(), Lent ? Lender->GetWidth() : 0.0f,
+                       Outer ? Outer->ViewBox().Width() : nullptr);
+  const float H = Side(FHeightGiven, GetHeight(), Lent ? Lender->GetHeight() : 0.0f,
+                       Outer ? Outer->ViewBox().Height() : nullptr);
+  return TRectF{GetX(), GetY(), GetX() + W, GetY() + H};
+}
+
+TMatrix TSVGCustomViewBox::StandardViewMatrix(const TRectF &Viewport) const
+{
+  const TRectF Box = FViewBox.GetRect();
+  if (!FViewBox.Specified() || !(Box.Width() > 0) || !(Box.Height() > 0))
+    return CreateTranslateVXMatrix(Viewport.Left, Viewport.Top);
+  return StandardFit(Box, Viewport, FAspectRatio);
+}
+
+TMatrix TSVGCustomViewBox::StandardFit(const TRectF &Source, const TRectF &Viewport,
+                                       const TSVGPreserveAspectRatio &Aspect)
+{
+  const double VW = Source.Width();
+  const double VH = Source.Height();
+  if (!(VW > 0) || !(VH > 0))
+    return CreateTranslateVXMatrix(Viewport.Left, Viewport.Top);
+  double SX = Viewport.Width() / VW;
+  double SY = Viewport.Height() / VH;
+  const TSVGAlign Align = Aspect.GetAlign();
+  if (Align != saNone)
+    SX = SY = Aspect.GetSlice() ? std::max(SX, SY) : std::min(SX, SY);
+  double X = Viewport.Left - Source.Left * SX;
+  double Y = Viewport.Top - Source.Top * SY;
+  const double FreeX = Viewport.Width() - VW * SX;
+  const double FreeY = Viewport.Height() - VH * SY;
+  if (Align == saXMidYMin || Align == saXMidYMid || Align == saXMidYMax)
+    X += FreeX / 2;
+  else if (Align == saXMaxYMin || Align == saXMaxYMid || Align == saXMaxYMax)
+    X += FreeX;
+  if (Align == saXMinYMid || Align == saXMidYMid || Align == saXMaxYMid)
+    Y += FreeY / 2;
+  else if (Align == saXMinYMax || Align == saXMidYMax || Align == saXMaxYMax)
+    Y += FreeY;
+  return VXMatrixMultiply(CreateScaleVXMatrix(float(SX), float(SY)), CreateTranslateVXMatrix(float(X), float(Y)));
+}
+
+void TSVGCustomViewBox::DrawStandardViewport(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)
+{
+  const TRectF Port = StandardViewport();
+  // A viewport without area shows nothing.
+  if (!(Port.Width() > 0) || !(Port.Height() > 0))
+    return;
+  TVXGPCanvasStateGuard Guard(Canvas);
+  const TMatrix Outer = VXMatrixMultiply(ViewportTransform(), Matrix);
+  if (!IsOverflow() && GetOptions().Contains(soApplyClipping)) {
+    const TMatrix Saved = Canvas.GetMatrix();
+    Canvas.SetMatrix(VXMatrixMultiply(Outer, Saved));
+    Canvas.IntersectClip(Port);
+    Canvas.SetMatrix(Saved);
+  }
+  DrawFrame(VXMatrixMultiply(StandardViewMatrix(Port), Outer), Canvas, Rect);
 }
 
 void TSVGCustomViewBox::DrawElementParent(TMatrix &Matrix, TVXGPCanvas &Canvas, TRectF &Rect)
@@ -200,6 +282,12 @@ void TSVGCustomViewBox::DoLoadFromXML(const IXMLNode &Node)
     ParseRect(Text, &FViewBox);
   FViewBox.SetSpecified(!Text.isEmpty());
   ParseAspectRatio(ParseAttrString(Node, QStringLiteral("preserveAspectRatio")), FAspectRatio);
+  // "auto" stands for no size, as an absent attribute does.
+  auto Given = [&](const QString &Name) {
+    return Node.HasAttribute(Name) && ParseAttrString(Node, Name) != QLatin1String("auto");
+  };
+  FWidthGiven = Given(QStringLiteral("width"));
+  FHeightGiven = Given(QStringLiteral("height"));
 }
 
 void TSVGCustomViewBox::DoSaveToXML(const IXMLNode &Node)

@@ -45,6 +45,23 @@ public:
   void AssignProperties(const TSVGElement *Source) override;
   void Clear() override;
 
+  // --- viewports in standard mode ---
+  // Whether this element (a nested svg or a symbol) places its viewport at its x and y, sizes it by
+  // the width and height of the use that shows it, else its own, else 100%, maps its view box
+  // with the standard arithmetic and clips to it; the documented road maps the view box into the
+  // element's bounds.
+  bool ViewportFollowsStandard() const;
+  // The viewport in the parent's user space, by those rules.
+  TRectF StandardViewport() const;
+  // The view box mapped into Viewport by preserveAspectRatio, or the move to its corner without a
+  // view box.
+  TMatrix StandardViewMatrix(const TRectF &Viewport) const;
+  // Source fitted into Viewport by Aspect, as the standard does it (meet, slice or stretched).
+  static TMatrix StandardFit(const TRectF &Source, const TRectF &Viewport, const TSVGPreserveAspectRatio &Aspect);
+  void DrawStandardViewport(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
+  // The transform that applies outside the viewport (a symbol's is not one of its attributes).
+  virtual TMatrix ViewportTransform() const { return FMatrix; }
+
 protected:
   void DoLoadFromXML(const IXMLNode &Node) override;
   // A view box and aspect ratio are written only when the view box was given.
@@ -60,6 +77,9 @@ protected:
 
   mutable TSVGViewBox FViewBox;
   TSVGPreserveAspectRatio FAspectRatio;
+  // Whether "width" and "height" were given, which a viewport's size falls back on.
+  bool FWidthGiven = false;
+  bool FHeightGiven = false;
 };
 
 } // namespace vx

@@ -241,6 +241,8 @@ protected:
   // The frame of one element's draw: matrix composition, canvas set-up, own geometry, children,
   // canvas restore (the last also on the way out by an exception).
   virtual void InternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
+  // The frame under Combined, which already holds the element's own transform.
+  void DrawFrame(const TMatrix &Combined, TVXGPCanvas &Canvas, const TRectF &Rect);
   // Sets up the canvas for this element and its children; false when OnDrawing cancels its geometry.
   virtual bool BeginDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
   virtual void EndDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);

@@ -151,3 +151,120 @@ TEST(CanvasLayer, KeepsClipAndMatrixAndFoldsOverTheBudget)
 }
 
 } // namespace
+
+namespace {
+
+struct TViewportCase
+{
+  const char *Name;
+  const char *Body;
+  // Probes: Inside shows red in standard mode, Outside shows nothing there.
+  int InX, InY, OutX, OutY;
+  QRgb DocumentedIn, DocumentedOut;
+};
+
+const TViewportCase ViewportCases[] = {
+    {"a symbol is not drawn in place",
+     "<symbol id='s'><rect width='10' height='10' fill='red'/></symbol><rect x='30' y='30' width='5' height='5' "
+     "fill='red'/>",
+     32, 32, 5, 5, Red, Red},
+    {"use of a symbol maps its view box into the use's size",
+     "<symbol id='s' viewBox='0 0 10 10'><rect width='10' height='10' fill='red'/></symbol>"
+     "<use xlink:href='#s' x='20' y='20' width='20' height='20'/>",
+     38, 38, 15, 15, Red, NoColor},
+    {"nested svg at x and y, clipped to its size",
+     "<svg x='10' y='10' width='10' height='10'><rect width='30' height='30' fill='red'/></svg>", 15, 15, 25, 25,
+     Red, NoColor},
+    {"use of an svg takes the use's size and clips to it",
+     "<defs><svg id='s' viewBox='0 0 20 20'><rect width='30' height='30' fill='red'/></svg></defs>"
+     "<use xlink:href='#s' width='10' height='10'/>",
+     5, 5, 12, 12, Red, Red},
+};
+
+TEST_F(StandardLayers, ViewportsOfNestedSvgSymbolAndUse)
+{
+  for (const TViewportCase &C : ViewportCases) {
+    SCOPED_TRACE(C.Name);
+    const QString Body = QString::fromUtf8(C.Body);
+    const QImage Documented = RenderIn(false, Body);
+    EXPECT_EQ(Documented.pixel(C.InX, C.InY), C.DocumentedIn);
+    EXPECT_EQ(Documented.pixel(C.OutX, C.OutY), C.DocumentedOut);
+    const QImage Standard = RenderIn(true, Body);
+    EXPECT_EQ(Standard.pixel(C.InX, C.InY), Red);
+    EXPECT_EQ(Standard.pixel(C.OutX, C.OutY), NoColor);
+  }
+}
+
+} // namespace
+
+#include "support/Gzip.h"
+
+#include <QBuffer>
+
+namespace {
+
+// A PNG of Width by Height whose left half is red and right half blue, as base 64.
+QString PngBase64(int Width, int Height)
+{
+  QImage Picture(Width, Height, QImage::Format_ARGB32);
+  Picture.fill(Qt::blue);
+  for (int Y = 0; Y < Height; ++Y)
+    for (int X = 0; X < Width / 2; ++X)
+      Picture.setPixel(X, Y, Red);
+  QByteArray Bytes;
+  QBuffer Buffer(&Bytes);
+  Buffer.open(QIODevice::WriteOnly);
+  Picture.save(&Buffer, "PNG");
+  return QString::fromLatin1(Bytes.toBase64());
+}
+
+// An SVG picture of 2 by 2 units, its left half red.
+const QByteArray HalfRedSVG = "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 2 2'>"
+                              "<rect width='1' height='2' fill='red'/></svg>";
+
+struct TImageCase
+{
+  const char *Name;
+  QString Body;
+  // Red in standard mode; (NoX, NoY) shows no red there.
+  int RedX, RedY, NoX, NoY;
+  bool DrawnWhenDocumented;
+};
+
+TEST_F(StandardLayers, ImagesAsBrowsersPlaceThem)
+{
+  const QString Svg = QString::fromLatin1(HalfRedSVG.toBase64());
+  const QString Svgz = QString::fromLatin1(test::Gzip(HalfRedSVG).toBase64());
+  const TImageCase Cases[] = {
+      {"an svg picture is drawn as vectors, sharp at the target size",
+       QStringLiteral("<image width='40' height='40' xlink:href='data:image/svg+xml;base64,%1'/>").arg(Svg), 19, 20,
+       20, 20, true},
+      {"a raster without width and height takes its own size",
+       QStringLiteral("<image xlink:href='data:image/png;base64,%1'/>").arg(PngBase64(8, 4)), 3, 1, 3, 6, false},
+      {"a data URI without a media type is recognised by its content",
+       QStringLiteral("<image width='40' height='40' xlink:href='data:;base64,%1'/>").arg(PngBase64(2, 2)), 5, 5, 35,
+       5, false},
+      {"svgz", QStringLiteral("<image width='40' height='40' xlink:href='data:image/svg+xml;base64,%1'/>").arg(Svgz),
+       5, 5, 35, 5, false},
+  };
+  for (const TImageCase &C : Cases) {
+    SCOPED_TRACE(C.Name);
+    const QImage Standard = RenderIn(true, C.Body);
+    EXPECT_EQ(Standard.pixel(C.RedX, C.RedY), Red);
+    EXPECT_NE(Standard.pixel(C.NoX, C.NoY), Red);
+    const QImage Documented = RenderIn(false, C.Body);
+    EXPECT_EQ(qRed(Documented.pixel(C.RedX, C.RedY)) > 0, C.DrawnWhenDocumented);
+  }
+}
+
+TEST_F(StandardLayers, ImageRenderingOptimizeSpeedScalesWithoutSmoothing)
+{
+  const QString Body = QStringLiteral("<image width='40' height='20' %1 xlink:href='data:image/png;base64,%2'/>");
+  const QImage Sharp = RenderIn(true, Body.arg(QStringLiteral("image-rendering='optimizeSpeed'"), PngBase64(2, 1)));
+  EXPECT_EQ(Sharp.pixel(18, 10), Red);
+  EXPECT_EQ(Sharp.pixel(21, 10), Blue);
+  const QImage Smooth = RenderIn(true, Body.arg(QString(), PngBase64(2, 1)));
+  EXPECT_NE(Smooth.pixel(18, 10), Red);
+}
+
+} // namespace

@@ -1,7 +1,7 @@
 // The image file class: loading (class-name prefix, gzip), sizes, the three ways of reading the
 // picture (bitmap, draw, render), shared data, the clipboard refusal and the picture registry.
 #include "platform/vectorkit/VXGPBitmap.h"
-#include "raster/VXSVGCompressed.h"
+#include "values/VXSVGCompressed.h"
 #include "raster/VXSVGImageFile.h"
 #include "support/Gzip.h"
 #include "support/PictureTest.h"

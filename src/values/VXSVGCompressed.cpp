@@ -1,4 +1,4 @@
-#include "raster/VXSVGCompressed.h"
+#include "values/VXSVGCompressed.h"
 
 #include "platform/rtl/VXExceptions.h"
 
