@@ -533,4 +533,10 @@ int TSVGElement::AddChildOfType(TSVGElementType Type, TSVGDocument *Owner)
   }
 }
 
+TSVGElementType TSVGElement::ChildNodeType(const IXMLNode &Node) const
+{
+  const TSVGElementType Type = GetSVGElementType(Node.LocalName());
+  return Type == etMask && !FollowsStandardSVG() ? etNone : Type;
+}
+
 } // namespace vx
