@@ -78,8 +78,8 @@ void TSVGGraphicElement::PerformClipping(const TMatrix &Matrix, TVXGPCanvas &Can
 void TSVGGraphicElement::PerformStandardClipping(const TMatrix &Matrix, TVXGPCanvas &Canvas)
 {
   // clip-path is not inherited: only the element's own reference counts, for the element and
-  // everything it draws.
-  TSVGGraphicElement *Clip = ReferencedElement(GetOwner(), FClipURI, etClipPath);
+  // everything it draws. The root document looks the reference up in its own table.
+  TSVGGraphicElement *Clip = ReferencedElement(OwnerOfCopies(), FClipURI, etClipPath);
   if (!Clip)
     return;
   TVXGPRegion Region(&Canvas);
@@ -145,6 +145,10 @@ void TSVGGraphicElement::AddStandardClipGeometry(TVXGPRegion &Region, const TMat
 
 TRectF TSVGGraphicElement::ObjectBoundingBox() const
 {
+  // A shape's geometry is its path: the stored rectangle of a line holds its end point, not its size.
+  if (SVGShapeElements.Contains(SVGType()))
+    if (const TVXGPPath *Shape = const_cast<TSVGGraphicElement *>(this)->GetShape(); Shape && Shape->Count() > 0)
+      return Shape->GetBounds();
   if (!dynamic_cast<const TSVGCustomGroup *>(this))
     return GetBoundsRect();
   TRectF Result;

@@ -14,7 +14,6 @@
 #include <QPainter>
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <vector>
 
@@ -101,39 +100,17 @@ bool HasArea(const TRectF &R)
   return R.Width() > 0 && R.Height() > 0;
 }
 
-// sRGB channel values (0..255) in linear light, 0..1.
-const std::array<float, 256> &LinearChannels()
-{
-  static const std::array<float, 256> Table = [] {
-    std::array<float, 256> Result{};
-    for (int I = 0; I < 256; ++I) {
-      const double C = I / 255.0;
-      Result[std::size_t(I)] = float(C <= 0.04045 ? C / 12.92 : std::pow((C + 0.055) / 1.055, 2.4));
-    }
-    return Result;
-  }();
-  return Table;
-}
-
-// Luminance coefficients of the red, green and blue channels.
+// Luminance coefficients of the red, green and blue channels. Browsers take the luminance of the
+// sRGB values whatever color-interpolation says, and so does this mask.
 constexpr double LumaR = 0.2125, LumaG = 0.7154, LumaB = 0.0721;
 
-// The coverage of one premultiplied pixel: its alpha, or the luminance of its colour (in linear
-// light when Linear holds) times its alpha.
-std::uint8_t PixelCoverage(QRgb Pixel, bool Alpha, bool Linear)
+// The coverage of one premultiplied pixel: its alpha, or the luminance of its colour times its
+// alpha, which the premultiplied channels already carry.
+std::uint8_t PixelCoverage(QRgb Pixel, bool Alpha)
 {
-  const int A = qAlpha(Pixel);
-  if (Alpha || A == 0)
-    return std::uint8_t(Alpha ? A : 0);
-  double Luma;
-  if (Linear) {
-    const auto &L = LinearChannels();
-    auto Channel = [&](int C) { return L[std::size_t(std::min(255, (C * 255 + A / 2) / A))]; };
-    Luma = (LumaR * Channel(qRed(Pixel)) + LumaG * Channel(qGreen(Pixel)) + LumaB * Channel(qBlue(Pixel))) * A;
-  } else {
-    // Premultiplied channels already carry the alpha.
-    Luma = LumaR * qRed(Pixel) + LumaG * qGreen(Pixel) + LumaB * qBlue(Pixel);
-  }
+  if (Alpha)
+    return std::uint8_t(qAlpha(Pixel));
+  const double Luma = LumaR * qRed(Pixel) + LumaG * qGreen(Pixel) + LumaB * qBlue(Pixel);
   return std::uint8_t(std::clamp(int(std::lround(Luma)), 0, 255));
 }
 
@@ -253,6 +230,8 @@ void TSVGMask::RenderCoverage(QImage &Coverage, const TRectF &Box, const TMatrix
     Region.MakeEmpty();
     Region.Combine(MaskRegion(Box), cmUnion);
     Region.Transform(ToLayer);
+    // Cut to the layer first: the raster clip cannot take a region of astronomic size.
+    Region.Combine(TRectF{0, 0, float(Contents.width()), float(Contents.height())}, cmIntersect);
     Canvas.IntersectClip(Region);
     const TMatrix Placement =
       FContentUnits == csuObjectBoundingBox ? VXMatrixMultiply(BoundingBoxMatrix(Box), ToLayer) : ToLayer;
@@ -280,12 +259,11 @@ void TSVGMask::RenderCoverage(QImage &Coverage, const TRectF &Box, const TMatrix
       MultiplyByCoverage(Contents, OuterCoverage);
     }
   }
-  const bool Linear = GetColorInterpolation() == sciLinearRGB;
   for (int Y = 0; Y < Contents.height(); ++Y) {
     const auto *Row = reinterpret_cast<const QRgb *>(Contents.constScanLine(Y));
     uchar *Cover = Coverage.scanLine(Y);
     for (int X = 0; X < Contents.width(); ++X)
-      Cover[X] = PixelCoverage(Row[X], FAlphaMask, Linear);
+      Cover[X] = PixelCoverage(Row[X], FAlphaMask);
   }
 }
 
@@ -322,7 +300,11 @@ void TSVGMask::DoLoadFromXML(const IXMLNode &Node)
 void TSVGMask::DoSaveToXML(const IXMLNode &Node)
 {
   TSVGCustomGroup::DoSaveToXML(Node);
-  SaveBoundsLengths(Node);
+  // A zero is written too: the region's defaults are not zero.
+  SaveLength(Node, QStringLiteral("x"), *FX, 100, false);
+  SaveLength(Node, QStringLiteral("y"), *FY, 100, false);
+  SaveLength(Node, QStringLiteral("width"), *FWidth, 100, false);
+  SaveLength(Node, QStringLiteral("height"), *FHeight, 100, false);
   if (FUnits == csuUserSpaceOnUse)
     SaveAttrString(Node, QStringLiteral("maskUnits"), SVGCoordinateSystemUnits[FUnits], false, true);
   if (FContentUnits == csuObjectBoundingBox)

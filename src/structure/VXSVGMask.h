@@ -64,7 +64,7 @@ public:
 
 protected:
   void DoLoadFromXML(const IXMLNode &Node) override;
-  // Writes x, y, width, height and the units and mask type that differ from the defaults.
+  // Writes x, y, width and height, and the units and mask type that differ from the defaults.
   void DoSaveToXML(const IXMLNode &Node) override;
 
 private:
