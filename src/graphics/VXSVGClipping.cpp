@@ -146,6 +146,7 @@ void TSVGGraphicElement::AddStandardClipGeometry(TVXGPRegion &Region, const TMat
 TRectF TSVGGraphicElement::ObjectBoundingBox() const
 {
   // A shape's geometry is its path: the stored rectangle of a line holds its end point, not its size.
+  // The path is a cache of the element: making it does not change what the element is.
   if (SVGShapeElements.Contains(SVGType()))
     if (const TVXGPPath *Shape = const_cast<TSVGGraphicElement *>(this)->GetShape(); Shape && Shape->Count() > 0)
       return Shape->GetBounds();
