@@ -31,7 +31,8 @@ function(vx_shared_library name)
 endfunction()
 
 # One GoogleTest program per test folder, linked against the modules or libraries it exercises.
-# VX_TEST_SUPPORT names another entry point library (the widget tests need a QApplication).
+# VX_TEST_SUPPORT names another entry point library (the widget tests need a QApplication);
+# VX_TEST_PROPERTIES adds test properties (such as an environment) to every test case of the program.
 function(vx_test name folder)
   if(NOT VX_TEST_SUPPORT)
     set(VX_TEST_SUPPORT vxtestsupport)

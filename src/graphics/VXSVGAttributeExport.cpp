@@ -152,6 +152,8 @@ void TSVGGraphicElement::DoSaveToXML(const IXMLNode &Node)
     Row(ipMarkerMid, FMarkerMidURI);
   if (!FMarkerEndURI.isEmpty())
     Row(ipMarkerEnd, FMarkerEndURI);
+  if (!FMaskURI.isEmpty())
+    SaveAttrString(Node, QStringLiteral("mask"), Format(QStringLiteral("url(#%s)"), {FMaskURI}), false, true);
   if (!VXMatrixEquals(FMatrix, VXIdentityMatrix, 0.00001f))
     SaveAttrString(Node, QStringLiteral("transform"), SVGTransformationToString(FMatrix), false, true);
 }

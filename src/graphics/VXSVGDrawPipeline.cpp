@@ -79,7 +79,7 @@ void TSVGGraphicElement::Draw(TVXGPCanvas &Canvas, const TRectF &Rect)
 
 void TSVGGraphicElement::Draw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)
 {
-  if (ShouldDraw())
+  if (ShouldDraw() && !DrawnThroughMask(Matrix, Canvas, Rect))
     InternalDraw(Matrix, Canvas, Rect);
 }
 

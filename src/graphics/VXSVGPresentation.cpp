@@ -143,6 +143,7 @@ void TSVGGraphicElement::ApplyStyle(const TSVGStyle &Style)
         [&](const QString &S, const TRectF &D, bool &I) { return ParseClipRect(S, D, I, Factors); });
   Plain(ipOverflow, FOverflow, ParseOverflow);
   ApplyMarkerStyle(Style);
+  ApplyMaskStyle(Style);
   ApplyCompositingStyle(Style);
 }
 

@@ -4,6 +4,7 @@
 // TSVGGraphicElement::BuildClipRegion; this class owns it.
 #include "tree/VXSVGGraphicElement.h"
 
+#include <cstddef>
 #include <memory>
 
 namespace vx {
@@ -24,13 +25,31 @@ public:
   // coordinates are always user space: clipPathUnits is not read). The first request makes the
   // region for Canvas; later ones reuse it.
   TVXGPRegion *GetClipPath(TVXGPCanvas &Canvas) override;
+  // The standard region (Region starts empty): the children in the client's user space, or in its
+  // bounding box for objectBoundingBox units, under the clip path's transform, cut by the clip
+  // path's own clip-path. A clip path met again while it builds answers false, so the reference
+  // that closes a cycle is skipped; so is one nested deeper than MaxNesting.
+  bool BuildStandardClipRegion(TVXGPRegion &Region, TSVGGraphicElement &Client, const TMatrix &Matrix) override;
+
+  static constexpr std::size_t MaxNesting = 16;
+
+  // clipPathUnits, read, saved and copied on the standard road only: the classic one keeps user
+  // space.
+  TSVGCoordinateSystemUnit Units() const { return FUnits; }
+  void SetUnits(TSVGCoordinateSystemUnit Value);
+
+  void AssignProperties(const TSVGElement *Source) override;
+  void Clear() override;
 
 protected:
   // use, the shapes, path and text become children; anything else goes to the base.
   int ReadChild(const IXMLNode &Node) override;
+  void DoLoadFromXML(const IXMLNode &Node) override;
+  void DoSaveToXML(const IXMLNode &Node) override;
 
 private:
   std::unique_ptr<TVXGPRegion> FRegion;
+  TSVGCoordinateSystemUnit FUnits = csuUserSpaceOnUse;
 };
 
 } // namespace vx

@@ -253,7 +253,7 @@ TRectF TSVGImage::Align(const TRectF &Rect) const
 
 void TSVGImage::Draw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)
 {
-  if (!ShouldDraw())
+  if (!ShouldDraw() || DrawnThroughMask(Matrix, Canvas, Rect))
     return;
   TVXGPCanvasStateGuard Guard(Canvas);
   InternalDraw(Matrix, Canvas, Rect);

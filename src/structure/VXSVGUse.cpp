@@ -205,6 +205,15 @@ bool TSVGUse::DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const T
   return true;
 }
 
+void TSVGUse::AddStandardClipGeometry(TVXGPRegion &Region, const TMatrix &Matrix)
+{
+  TSVGGraphicElement *Shown = LendableTarget();
+  if (!Shown || !(SVGShapeElements | TSVGElementTypes{etText}).Contains(Shown->SVGType()))
+    return;
+  TTargetLoan Loan(*Shown, *this);
+  Shown->AddToStandardClipRegion(Region, VXMatrixMultiply(CreateTranslateVXMatrix(GetX(), GetY()), Matrix));
+}
+
 TSVGGraphicElement *TSVGUse::DoInternalElementAtPos(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TPointF &Point,
                                                     const TRectF &Rect, TSVGFindOptions Options)
 {

@@ -59,6 +59,9 @@ protected:
   // Draws the lent target, moved by x and y, or mapped into this element's rectangle for a symbol
   // or a document. True when there was a target.
   bool DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect) override;
+  // In a standard clip path a use adds its lent target, moved by x and y, when the target is a shape
+  // or text; other targets (groups, symbols, images) add nothing.
+  void AddStandardClipGeometry(TVXGPRegion &Region, const TMatrix &Matrix) override;
   // Hit tests the lent target the way it is drawn; a hit reports this element.
   TSVGGraphicElement *DoInternalElementAtPos(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TPointF &Point,
                                              const TRectF &Rect, TSVGFindOptions Options) override;

@@ -8,7 +8,7 @@ namespace vx {
 TSVGElementTypes SVGGroupChildTypes()
 {
   return SVGDescriptiveElements | SVGShapeElements | SVGStructuralElements | SVGGradientElements |
-         TSVGElementTypes{etImage, etText, etSwitch, etStyle, etClipPath, etMarker, etScript, etPattern};
+         TSVGElementTypes{etImage, etText, etSwitch, etStyle, etClipPath, etMarker, etScript, etPattern, etMask};
 }
 
 namespace {
@@ -57,7 +57,7 @@ void TSVGCustomGroup::Reset()
 
 int TSVGCustomGroup::ReadChild(const IXMLNode &Node)
 {
-  const TSVGElementType Type = GetSVGElementType(Node.LocalName());
+  const TSVGElementType Type = ChildNodeType(Node);
   if (Type == etNone) {
     if (Node.NodeType() == ntEntityRef)
       return AddChildOfType(etGroup, GetOwner());

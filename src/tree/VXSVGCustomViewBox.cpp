@@ -149,7 +149,7 @@ TRectF TSVGCustomViewBox::GetBoundsRect(const TMatrix &Matrix) const
 
 void TSVGCustomViewBox::Draw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)
 {
-  if (!ShouldDraw())
+  if (!ShouldDraw() || DrawnThroughMask(Matrix, Canvas, Rect))
     return;
   if (ViewportFollowsStandard()) {
     DrawStandardViewport(Matrix, Canvas, Rect);

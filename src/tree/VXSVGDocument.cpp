@@ -479,7 +479,7 @@ void TSVGDocument::DoOnParsedNode(TSVGElement *Element)
 // owner, whose element table answers for the whole picture.
 int TSVGDocument::ReadChild(const IXMLNode &Node)
 {
-  const TSVGElementType Type = GetSVGElementType(Node.LocalName());
+  const TSVGElementType Type = ChildNodeType(Node);
   TSVGDocument *Owner = FOwner ? FOwner : this;
   if (Type == etNone) {
     if (Node.NodeType() == ntEntityRef)

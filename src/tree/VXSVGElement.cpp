@@ -551,4 +551,10 @@ TSVGElement &TSVGElement::AddOwnedChild(std::unique_ptr<TSVGElement> Child)
   return Added;
 }
 
+TSVGElementType TSVGElement::ChildNodeType(const IXMLNode &Node) const
+{
+  const TSVGElementType Type = GetSVGElementType(Node.LocalName());
+  return Type == etMask && !FollowsStandardSVG() ? etNone : Type;
+}
+
 } // namespace vx

@@ -196,6 +196,9 @@ protected:
   // Adds a new element of the class registered for Type, owned by Owner, and answers its index;
   // -1 when no class reads Type. A child the list refuses is freed.
   int AddChildOfType(TSVGElementType Type, TSVGDocument *Owner);
+  // The element type child Node makes: its tag's type, except that the classic road knows no mask
+  // element and passes "mask" over like any unknown name.
+  TSVGElementType ChildNodeType(const IXMLNode &Node) const;
   // The owner given to copies of children made by Assign and Clone: the owner document, or the
   // document itself when this element is one.
   virtual TSVGDocument *OwnerOfCopies();

@@ -397,6 +397,14 @@ void TSVGGraphicElement::SetOverflow(bool Value)
   StoreProperty(&TSVGGraphicElement::FOverflow, ipOverflow, Value, IsOverflow());
 }
 
+void TSVGGraphicElement::SetMaskURI(const QString &Value)
+{
+  if (Value == FMaskURI)
+    return;
+  FMaskURI = Value;
+  Change(this);
+}
+
 void TSVGGraphicElement::SetClipURI(const QString &Value)
 {
   FClippingChanged = true;
@@ -624,6 +632,7 @@ void TSVGGraphicElement::AssignProperties(const TSVGElement *Source)
     FCursor = Graphic->FCursor;
     FMatrix = Graphic->FMatrix;
     FClipURI = Graphic->FClipURI;
+    FMaskURI = Graphic->FMaskURI;
     FClipRect = Graphic->FClipRect;
     FTextAlign = Graphic->GetTextAlign();
     FClipRule = Graphic->GetClipRule();
@@ -691,6 +700,7 @@ void TSVGGraphicElement::ResetToDefaults()
   FWordSpacing->Clear();
   FBaselineShift->Clear();
   FClipURI.clear();
+  FMaskURI.clear();
   FMarkerStartURI.clear();
   FMarkerMidURI.clear();
   FMarkerEndURI.clear();

@@ -199,6 +199,29 @@ public:
   // The clip region that applies to this element, or nil. The clip path element owns it and builds
   // it again at each request, so it is valid until the next one.
   virtual TVXGPRegion *GetClipPath(TVXGPCanvas &Canvas);
+  // Standard clipping. A clip path unites, into Region, its contribution for Client drawn under
+  // Matrix (Client's own transform included), in device space, and answers true; any other element,
+  // and a clip path asked again while it builds (a reference cycle, which is then skipped), answers
+  // false.
+  virtual bool BuildStandardClipRegion(TVXGPRegion &Region, TSVGGraphicElement &Client, const TMatrix &Matrix);
+  // A child of a standard clip path unites its geometry under Matrix (its own transform not yet in
+  // it) with Region, cut by its own clip-path, unless it is not drawn (display, visibility or
+  // conditional attributes).
+  void AddToStandardClipRegion(TVXGPRegion &Region, const TMatrix &Matrix);
+  // The box that objectBoundingBox units of clip paths and masks refer to, in the element's user
+  // space: its geometry's bounds, for a container its children's under their transforms.
+  TRectF ObjectBoundingBox() const;
+
+  // --- masks (graphics/VXSVGClipping.cpp, structure/VXSVGMask.cpp) ---
+  // The mask element that the mask property names; nil for none, an unknown id, another kind of
+  // element, and always on the classic road, which does not draw masks.
+  TSVGGraphicElement *GetMaskURIElement() const;
+  const QString &MaskURI() const { return FMaskURI; }
+  void SetMaskURI(const QString &Value);
+  // A mask element draws Client, whose parent's matrix is Matrix, through itself onto Canvas and
+  // answers true; any other element answers false, and so does a mask that declines (Client is
+  // being drawn into the mask's own layer, or a reference cycle), after which Client draws as usual.
+  virtual bool DrawMasked(TSVGGraphicElement &Client, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
   // The topmost element under Point, in device units of Canvas, when this element is drawn into
   // Rect; nil when there is none. The first form takes the document's view matrix for Rect. Overrides
   // of the matrix form must leave the canvas as they found it.
@@ -264,6 +287,14 @@ protected:
   void DrawPath(const TVXPathData &Path, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
   // Clips the canvas by the element's clip path; the clip-path family builds on this hook.
   virtual void PerformClipping(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
+  // The geometry a standard clip path takes from this element under Matrix (its own transform
+  // included), with its clip rule: its shape and its children's (text spans); a use overrides it.
+  virtual void AddStandardClipGeometry(TVXGPRegion &Region, const TMatrix &Matrix);
+  // Whether clip paths follow SVG 1.1 (an empty one hides everything, clipPathUnits, clip-path on a
+  // clip path and on its children, use children, the transform once) or the classic rules.
+  bool UsesStandardClipPaths() const { return FollowsStandardSVG(); }
+  // Draws the element through its mask when it has one; false when it is to be drawn as usual.
+  bool DrawnThroughMask(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
   // Hit testing under Matrix, the transform of the parent: children from the topmost down, then
   // DoInternalElementAtPos with the element's own transform composed in.
   virtual TSVGGraphicElement *InternalElementAtPos(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TPointF &Point,
@@ -370,6 +401,8 @@ protected:
   std::unique_ptr<TSVGLength> FWidth, FHeight, FX, FY;
   // The region GetClipPath answered; it belongs to the clip path element that made it.
   TVXGPRegion *FClipPath = nullptr;
+  // The id the mask property names, without "#"; empty for none.
+  QString FMaskURI;
 
 private:
   // The element whose field answers for Property: this one, or the nearest graphic ancestor up
@@ -393,6 +426,9 @@ private:
   void ApplyStrokeWidthStyle(const QString &Text, const TSVGUnitFactors &Factors);
   void ApplyFontStyle(const TSVGStyle &Style, const TSVGUnitFactors &Factors);
   void ApplyMarkerStyle(const TSVGStyle &Style);
+  // The mask property, read on the standard road only (it is not inherited).
+  void ApplyMaskStyle(const TSVGStyle &Style);
+  void PerformStandardClipping(const TMatrix &Matrix, TVXGPCanvas &Canvas);
   void ApplyCSSColorStyle(const QString &Text);
   void ApplyCascadedStyles(const TVXStringObjectHashTable<TSVGStyle> *Sheet);
   // The transform and transform-origin that Style names, as the element's matrix.

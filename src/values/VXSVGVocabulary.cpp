@@ -60,7 +60,7 @@ const TSVGNames<TSVGElementType, SVGElementTypeCount> SVGElementTypeNames = {QSt
   S("image"), S("defs"), S("use"), S("circle"), S("ellipse"), S("rect"), S("line"), S("polyline"), S("polygon"),
   S("path"), S("text"), S("switch"), S("desc"), S("title"), S("style"), S("tspan"), S("textPath"), S("tref"),
   S("clipPath"), S("linearGradient"), S("radialGradient"), S("stop"), S("marker"), S("metadata"), S("script"),
-  S("comment"), S("symbol"), S("pattern")};
+  S("comment"), S("symbol"), S("pattern"), S("mask")};
 
 namespace {
 

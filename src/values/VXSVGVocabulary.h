@@ -104,9 +104,11 @@ extern const TSVGBooleanNames SVGVisibility;
 enum TSVGElementType : std::uint8_t {
   etNone, etDoc, etGroup, etImage, etDefs, etUse, etCircle, etEllipse, etRectangle, etLine, etPolyline, etPolygon,
   etPath, etText, etSwitch, etDesc, etTitle, etStyle, etTSpan, etTextPath, etTRef, etClipPath, etLinearGradient,
-  etRadialGradient, etGradientStop, etMarker, etMetadata, etScript, etComment, etSymbol, etPattern
+  etRadialGradient, etGradientStop, etMarker, etMetadata, etScript, etComment, etSymbol, etPattern,
+  // Read only under soStandardSVG: the classic road passes "mask" over as an unknown element.
+  etMask
 };
-inline constexpr int SVGElementTypeCount = etPattern + 1;
+inline constexpr int SVGElementTypeCount = etMask + 1;
 using TSVGElementTypes = TSet<TSVGElementType, std::uint32_t>;
 extern const TSVGNames<TSVGElementType, SVGElementTypeCount> SVGElementTypeNames;
 
