@@ -108,6 +108,7 @@ void TSVGPattern::SetContentUnits(TSVGCoordinateSystemUnit Value)
   if (Value == FContentUnits)
     return;
   FContentUnits = Value;
+  FGiven.Include(paContentUnits);
   Change(this);
 }
 
@@ -116,12 +117,14 @@ void TSVGPattern::SetUnits(TSVGCoordinateSystemUnit Value)
   if (Value == FUnits)
     return;
   FUnits = Value;
+  FGiven.Include(paUnits);
   Change(this);
 }
 
 void TSVGPattern::SetPatternMatrix(const TMatrix &Value)
 {
   FPatternMatrix = Value;
+  FGiven.Include(paTransform);
   Change(this);
 }
 
@@ -215,9 +218,156 @@ void TSVGPattern::RenderTile(TVXGPBitmap &Bitmap, const TMatrix &Matrix, const T
     }
 }
 
+// --- the tile by the standard rules ----------------------------------------------------------------
+
+namespace {
+
+// A tile coordinate by the standard rules: in bounding-box units a fraction of the box's Extent
+// (a percentage too), in user space user units or a percentage of Viewport, a side of the viewport.
+float TileCoordinate(const TSVGLength &Length, bool BoxUnits, float Extent, float Viewport)
+{
+  const float Value = Length.IsPercent() ? Length.Raw() : Length.GetPixels();
+  if (BoxUnits)
+    return Value * Extent;
+  return Length.IsPercent() ? Value * Viewport : Value;
+}
+
+// The scale that Matrix gives to lengths along the x and the y axis.
+TSizeF AxisScales(const TMatrix &Matrix)
+{
+  return {float(std::hypot(double(Matrix.m11), double(Matrix.m12))),
+          float(std::hypot(double(Matrix.m21), double(Matrix.m22)))};
+}
+
+} // namespace
+
+std::vector<TSVGPattern *> TSVGPattern::TemplateChain()
+{
+  std::vector<TSVGPattern *> Chain{this};
+  for (TSVGPattern *Next = this;;) {
+    TSVGElement *Found = nullptr;
+    if (Next->FReference.isEmpty() || !GetOwner() || !GetOwner()->AllItems().TryGetValue(Next->FReference, Found))
+      break;
+    Next = dynamic_cast<TSVGPattern *>(Found);
+    if (!Next || std::find(Chain.begin(), Chain.end(), Next) != Chain.end())
+      break;
+    Chain.push_back(Next);
+  }
+  return Chain;
+}
+
+bool TSVGPattern::StandardBrush(TSVGGraphicElement &Client, const TMatrix &Matrix, const TRectF &Box,
+                                TVXGPBrush &Target)
+{
+  // A bitmap brush without a bitmap paints nothing, which is what every early exit leaves.
+  Target.SetBitmap(nullptr);
+  Target.SetKind(bkBitmap);
+  TStackScope Rendering(RenderingTiles, *this, MaxTileNesting);
+  if (!Rendering.Entered())
+    return false;
+  const std::vector<TSVGPattern *> Chain = TemplateChain();
+  auto Giver = [&Chain](auto Given) -> TSVGPattern * {
+    const auto Found = std::find_if(Chain.begin(), Chain.end(), Given);
+    return Found == Chain.end() ? nullptr : *Found;
+  };
+  auto GiverOf = [&Giver](TSVGPatternAttribute Attribute) {
+    return Giver([Attribute](const TSVGPattern *P) { return P->FGiven.Contains(Attribute); });
+  };
+  const TSVGPattern *UnitsGiver = GiverOf(paUnits);
+  const TSVGPattern *ContentUnitsGiver = GiverOf(paContentUnits);
+  const TSVGPattern *TransformGiver = GiverOf(paTransform);
+  const TSVGPattern *AspectGiver = GiverOf(paAspectRatio);
+  const TSVGPattern *ViewBoxGiver = Giver([](const TSVGPattern *P) { return P->FViewBox.Specified(); });
+  TSVGPattern *Contents = Giver([](const TSVGPattern *P) {
+    return std::any_of(P->FItems.begin(), P->FItems.end(),
+                       [](const TSVGElement *E) { return dynamic_cast<const TSVGGraphicElement *>(E); });
+  });
+  const bool BoxUnits = !UnitsGiver || UnitsGiver->FUnits != csuUserSpaceOnUse;
+  const bool BoxContents = !ViewBoxGiver && ContentUnitsGiver && ContentUnitsGiver->FContentUnits == csuObjectBoundingBox;
+  const bool HasBox = Box.Width() > 0 && Box.Height() > 0;
+  if (!Contents || ((BoxUnits || BoxContents) && !HasBox))
+    return false;
+
+  const TSVGCustomViewBox *Viewport = Client.GetNearestViewBox();
+  const float ViewportWidth = Viewport ? Viewport->ViewBox().Width()->GetValue() : 0;
+  const float ViewportHeight = Viewport ? Viewport->ViewBox().Height()->GetValue() : 0;
+  auto Coordinate = [&](TSVGPatternAttribute Attribute, std::unique_ptr<TSVGLength> TSVGGraphicElement::*Field,
+                        float Extent, float ViewportExtent) {
+    const TSVGPattern *Found = GiverOf(Attribute);
+    return Found ? TileCoordinate(*(Found->*Field), BoxUnits, Extent, ViewportExtent) : 0.0f;
+  };
+  const float X = (BoxUnits ? Box.Left : 0) + Coordinate(paX, &TSVGPattern::FX, Box.Width(), ViewportWidth);
+  const float Y = (BoxUnits ? Box.Top : 0) + Coordinate(paY, &TSVGPattern::FY, Box.Height(), ViewportHeight);
+  const float W = Coordinate(paWidth, &TSVGPattern::FWidth, Box.Width(), ViewportWidth);
+  const float H = Coordinate(paHeight, &TSVGPattern::FHeight, Box.Height(), ViewportHeight);
+  if (!(W > 0 && H > 0))
+    return false;
+
+  // The contents in the tile's space, whose origin is the tile's corner.
+  TMatrix ContentsToTile = VXIdentityMatrix;
+  if (ViewBoxGiver) {
+    const TSVGViewBox &ViewBox = ViewBoxGiver->FViewBox;
+    const float ViewWidth = ViewBox.Width()->GetValue();
+    const float ViewHeight = ViewBox.Height()->GetValue();
+    if (!(ViewWidth > 0 && ViewHeight > 0))
+      return false;
+    float Left = 0, Top = 0, ScaleX = 1, ScaleY = 1;
+    DefineView(TRectF{0, 0, W, H}, ViewWidth, ViewHeight, (AspectGiver ? AspectGiver : this)->FAspectRatio, Left, Top,
+               ScaleX, ScaleY);
+    ContentsToTile = VXMatrixMultiply(CreateTranslateVXMatrix(-ViewBox.X()->GetValue(), -ViewBox.Y()->GetValue()),
+                                      VXMatrixMultiply(CreateScaleVXMatrix(ScaleX, ScaleY),
+                                                       CreateTranslateVXMatrix(Left, Top)));
+  } else if (BoxContents) {
+    ContentsToTile = CreateScaleVXMatrix(Box.Width(), Box.Height());
+  }
+
+  // The bitmap has the resolution the tile has on the device when the paint is resolved.
+  TMatrix PatternTransform = TransformGiver ? TransformGiver->FPatternMatrix : VXIdentityMatrix;
+  if (!(std::abs(VXMatrixDeterminant(PatternTransform)) > 0))
+    PatternTransform = VXIdentityMatrix;
+  const TMatrix TileToUser = VXMatrixMultiply(CreateTranslateVXMatrix(X, Y), PatternTransform);
+  const TSizeF Scales = AxisScales(VXMatrixMultiply(TileToUser, Matrix));
+  const std::int64_t Width = TileSide(std::ceil(double(W) * Scales.cx));
+  const std::int64_t Height = TileSide(std::ceil(double(H) * Scales.cy));
+  if (Width <= 0 || Height <= 0 || Width * Height > MaxTilePixels - TilePixelsInUse)
+    return false;
+  TTileBudget Budget(Width * Height);
+  auto Bitmap = std::make_shared<TVXGPBitmap>(int(Width), int(Height));
+  const TPointF Pixels{float(Width) / W, float(Height) / H};
+  {
+    TEnabledScope Enabled(*Contents, Client.IsEnabled());
+    TVXGPCanvas &Canvas = Bitmap->GetCanvas();
+    Canvas.Clear(0);
+    // Paint servers of the contents were resolved for another tile.
+    Contents->Reset();
+    Contents->DrawOwnContents(VXMatrixMultiply(ContentsToTile, CreateScaleVXMatrix(Pixels.X, Pixels.Y)), Canvas,
+                              TRectF{0, 0, float(Width), float(Height)});
+  }
+  Target.SetBitmap(Bitmap);
+  Target.SetBitmapPlacement(VXMatrixMultiply(CreateScaleVXMatrix(1 / Pixels.X, 1 / Pixels.Y), TileToUser));
+  return true;
+}
+
+void TSVGPattern::DrawOwnContents(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)
+{
+  TStackScope Drawing(DrawingContents, *this, MaxTileNesting * 4);
+  if (!Drawing.Entered())
+    return;
+  BeginDraw(Matrix, Canvas, Rect);
+  try {
+    DrawChildren(Matrix, Canvas, Rect);
+  } catch (...) {
+    EndDraw(Matrix, Canvas, Rect);
+    throw;
+  }
+  EndDraw(Matrix, Canvas, Rect);
+}
+
 bool TSVGPattern::PaintServerBrush(TSVGGraphicElement &Client, const TMatrix &Matrix, const TRectF &Rect,
                                    TVXGPBrush &Target)
 {
+  if (TilesByStandardRules())
+    return StandardBrush(Client, Matrix, Rect, Target);
   Target.SetBitmap(GetPattern(Client, Matrix, Rect));
   Target.SetKind(bkBitmap);
   return true;
@@ -259,6 +409,7 @@ void TSVGPattern::AssignProperties(const TSVGElement *Source)
   if (const auto *Pattern = dynamic_cast<const TSVGPattern *>(Source)) {
     FContentUnits = Pattern->FContentUnits;
     FUnits = Pattern->FUnits;
+    FGiven = Pattern->FGiven;
     SetReference(Pattern->FReference);
   }
   TSVGCustomViewBox::AssignProperties(Source);
@@ -272,6 +423,7 @@ void TSVGPattern::Clear()
   FContentUnits = csuUserSpaceOnUse;
   FUnits = csuObjectBoundingBox;
   FPatternMatrix = VXIdentityMatrix;
+  FGiven = {};
 }
 
 void TSVGPattern::DoLoadFromXML(const IXMLNode &Node)
@@ -284,6 +436,23 @@ void TSVGPattern::DoLoadFromXML(const IXMLNode &Node)
   FContentUnits =
     ParseCoordinateSystemUnit(ParseAttrString(Node, QStringLiteral("patternContentUnits")), FContentUnits);
   FUnits = ParseCoordinateSystemUnit(ParseAttrString(Node, QStringLiteral("patternUnits")), FUnits);
+  GiveLoadedAttributes(Node);
+}
+
+void TSVGPattern::GiveLoadedAttributes(const IXMLNode &Node)
+{
+  const std::pair<TSVGPatternAttribute, QString> Names[] = {
+    {paX, QStringLiteral("x")},
+    {paY, QStringLiteral("y")},
+    {paWidth, QStringLiteral("width")},
+    {paHeight, QStringLiteral("height")},
+    {paUnits, QStringLiteral("patternUnits")},
+    {paContentUnits, QStringLiteral("patternContentUnits")},
+    {paTransform, QStringLiteral("patternTransform")},
+    {paAspectRatio, QStringLiteral("preserveAspectRatio")}};
+  for (const auto &[Attribute, Name] : Names)
+    if (Node.HasAttribute(Name))
+      FGiven.Include(Attribute);
 }
 
 void TSVGPattern::DoSaveToXML(const IXMLNode &Node)
