@@ -14,9 +14,6 @@ namespace vx {
 
 namespace {
 
-// How far out, as a share of the radius, a focus may lie.
-constexpr double FocalReach = 0.999;
-
 // A coordinate by the standard rules: in bounding-box units a fraction of the box, a percentage
 // too; in user space a number of user units, or a percentage of Extent, a side of the viewport.
 float StandardCoordinate(const TSVGLength &Length, bool BoxUnits, float Extent)
@@ -167,12 +164,10 @@ void TSVGRadialGradient::PlaceStandardGeometry(const std::vector<const TSVGCusto
   const auto *FyGiver = GiverOf<TSVGRadialGradient>(Chain, gaFY);
   float Fx = FxGiver ? StandardCoordinate(*FxGiver->FFocalX, BoxUnits, Viewport.cx) : Cx;
   float Fy = FyGiver ? StandardCoordinate(*FyGiver->FFocalY, BoxUnits, Viewport.cy) : Cy;
-  // A focus outside the circle is moved onto it, along the line from the centre, and a hair
-  // inside, where the rings still cover the plane.
+  // A focus outside the circle is moved onto it, along the line from the centre.
   const double Distance = std::hypot(double(Fx) - Cx, double(Fy) - Cy);
-  const double Reach = double(R) * FocalReach;
-  if (R > 0 && Distance > Reach) {
-    const double Scale = Reach / Distance;
+  if (R > 0 && Distance > R) {
+    const double Scale = R / Distance;
     Fx = float(Cx + (Fx - Cx) * Scale);
     Fy = float(Cy + (Fy - Cy) * Scale);
   }

@@ -1,5 +1,7 @@
 #include "structure/VXSVGGradients.h"
 
+#include "platform/rtl/VXSysUtils.h"
+#include "structure/VXSVGObjectBox.h"
 #include "tree/VXSVGDocument.h"
 #include "values/VXSVGAttributes.h"
 #include "values/VXSVGColors.h"
@@ -333,7 +335,7 @@ bool TSVGCustomGradient::PaintServerBrush(TSVGGraphicElement &Client, const TMat
                                           TVXGPBrush &Target)
 {
   if (LaysOutByStandardRules())
-    return StandardBrush(Client, Rect, Target);
+    return StandardBrush(Client, VXObjectBoundingBox(Client, Rect), Target);
   const std::unique_ptr<TVXGPGradient> Gradient = GetGradient(Matrix, Rect);
   Target.SetGradient(Gradient.get());
   Target.SetKind(bkGradient);
@@ -672,11 +674,33 @@ void TSVGGradientStop::ApplyStyle(const TSVGStyle &Style)
   // own for them: "inherit" leaves the present value, and FInherits is not touched.
   bool Inherited = false;
   bool IsNone = FStopBrush->GetKind() == bkNone;
-  FStopBrush->SetColor(ParseColor(Style.StyleProp(ipStopColor), FStopBrush->GetColor(), IsNone, Inherited, GetColor()));
+  FStopBrush->SetColor(
+    ParseColor(StopPropertyText(Style, ipStopColor), FStopBrush->GetColor(), IsNone, Inherited, GetColor()));
   if (FStopBrush->GetKind() != bkNone)
     FStopBrush->SetKind(bkSolid);
   Inherited = false;
-  FStopBrush->SetOpacity(ParseNumber(Style.StyleProp(ipStopOpacity), FStopBrush->GetOpacity(), Inherited));
+  const QString Opacity = StopPropertyText(Style, ipStopOpacity);
+  float Percent = 0;
+  if (ReadsStopByStandardRules() && Trim(Opacity).endsWith(QLatin1Char('%')) &&
+      TryStrToFloat(Trim(Opacity).chopped(1), Percent))
+    FStopBrush->SetOpacity(std::clamp(Percent / 100.0f, 0.0f, 1.0f));
+  else
+    FStopBrush->SetOpacity(ParseNumber(Opacity, FStopBrush->GetOpacity(), Inherited));
+}
+
+QString TSVGGradientStop::StopPropertyText(const TSVGStyle &Style, TSVGStyleProperty Property) const
+{
+  const QString Text = Style.StyleProp(Property);
+  const QString Inherit = QStringLiteral("inherit");
+  if (!ReadsStopByStandardRules() || Trim(Text) != Inherit)
+    return Text;
+  // The property is not inherited, so the parent's value is the one it was given, or the initial one.
+  if (const auto *Graphic = dynamic_cast<const TSVGGraphicElement *>(Parent())) {
+    const QString Given = Graphic->Style().StyleProp(Property);
+    if (!Trim(Given).isEmpty() && Trim(Given) != Inherit)
+      return Given;
+  }
+  return DefaultSVGStylePropertyValues[Property];
 }
 
 void TSVGGradientStop::AssignProperties(const TSVGElement *Source)
@@ -699,6 +723,9 @@ void TSVGGradientStop::DoLoadFromXML(const IXMLNode &Node)
   TSVGGraphicElement::DoLoadFromXML(Node);
   FX->Clear();
   ParsePercent(Node, QStringLiteral("offset"), FX.get(), 0.0f, 1.0f);
+  // An offset is a number or a percentage: one with another unit is no offset.
+  if (ReadsStopByStandardRules() && FX->Unit() != suNone && FX->Unit() != suPercent)
+    FX->Clear();
 }
 
 } // namespace vx

@@ -65,6 +65,9 @@ public:
   // A new canvas gradient for an element drawn under Matrix whose bounds are Rect; positions are
   // fractions of Rect. Subclasses fill in their coordinates after calling this one.
   virtual std::unique_ptr<TVXGPGradient> GetGradient(const TMatrix &Matrix, const TRectF &Rect);
+  // By the standard rules false when the gradient has nothing to paint for Client (no stops or
+  // contents, or a box without area in bounding-box units); Target then paints nothing, and the
+  // caller may paint a fallback instead.
   bool PaintServerBrush(TSVGGraphicElement &Client, const TMatrix &Matrix, const TRectF &Rect,
                         TVXGPBrush &Target) override;
 
@@ -248,6 +251,13 @@ protected:
   void DoSaveToXML(const IXMLNode &Node) override;
 
 private:
+  // Whether the stop is read by the standard rules: "inherit" takes the value the parent gives the
+  // property (or its initial value), an opacity may be a percentage, and an offset with a unit other than % is
+  // ignored. Otherwise "inherit" keeps the present value and an offset takes any unit.
+  bool ReadsStopByStandardRules() const { return FollowsStandardSVG(); }
+  // The text of a stop property in Style, with "inherit" resolved as ReadsStopByStandardRules says.
+  QString StopPropertyText(const TSVGStyle &Style, TSVGStyleProperty Property) const;
+
   std::unique_ptr<TSVGBrush> FStopBrush;
   bool FStopBrushChanged = true;
 };

@@ -1,6 +1,7 @@
 #include "structure/VXSVGPattern.h"
 
 #include "platform/vectorkit/VXGPCanvas.h"
+#include "structure/VXSVGObjectBox.h"
 #include "structure/VXSVGScopes.h"
 #include "tree/VXSVGDocument.h"
 #include "values/VXSVGAttributes.h"
@@ -256,6 +257,74 @@ std::vector<TSVGPattern *> TSVGPattern::TemplateChain()
   return Chain;
 }
 
+TSVGPattern *TSVGPattern::TStandardAttributes::GiverOf(TSVGPatternAttribute Attribute) const
+{
+  for (TSVGPattern *Pattern : Chain)
+    if (Pattern->FGiven.Contains(Attribute))
+      return Pattern;
+  return nullptr;
+}
+
+TSVGPattern::TStandardAttributes TSVGPattern::ResolveStandardAttributes()
+{
+  TStandardAttributes Result;
+  Result.Chain = TemplateChain();
+  for (TSVGPattern *Pattern : Result.Chain) {
+    if (!Result.ViewBox && Pattern->FViewBox.Specified())
+      Result.ViewBox = Pattern;
+    if (!Result.Contents && std::any_of(Pattern->FItems.begin(), Pattern->FItems.end(), [](const TSVGElement *E) {
+          return dynamic_cast<const TSVGGraphicElement *>(E) != nullptr;
+        }))
+      Result.Contents = Pattern;
+  }
+  const TSVGPattern *Units = Result.GiverOf(paUnits);
+  const TSVGPattern *ContentUnits = Result.GiverOf(paContentUnits);
+  Result.BoxUnits = !Units || Units->FUnits != csuUserSpaceOnUse;
+  Result.BoxContents = !Result.ViewBox && ContentUnits && ContentUnits->FContentUnits == csuObjectBoundingBox;
+  return Result;
+}
+
+TRectF TSVGPattern::StandardTile(const TStandardAttributes &Attributes, const TSVGGraphicElement &Client,
+                                 const TRectF &Box)
+{
+  const TSVGCustomViewBox *Viewport = Client.GetNearestViewBox();
+  const float ViewportWidth = Viewport ? Viewport->ViewBox().Width()->GetValue() : 0;
+  const float ViewportHeight = Viewport ? Viewport->ViewBox().Height()->GetValue() : 0;
+  const bool BoxUnits = Attributes.BoxUnits;
+  auto Coordinate = [&](TSVGPatternAttribute Attribute, std::unique_ptr<TSVGLength> TSVGGraphicElement::*Field,
+                        float Extent, float ViewportExtent) {
+    const TSVGPattern *Found = Attributes.GiverOf(Attribute);
+    return Found ? TileCoordinate(*(Found->*Field), BoxUnits, Extent, ViewportExtent) : 0.0f;
+  };
+  const float X = (BoxUnits ? Box.Left : 0) + Coordinate(paX, &TSVGPattern::FX, Box.Width(), ViewportWidth);
+  const float Y = (BoxUnits ? Box.Top : 0) + Coordinate(paY, &TSVGPattern::FY, Box.Height(), ViewportHeight);
+  const float W = Coordinate(paWidth, &TSVGPattern::FWidth, Box.Width(), ViewportWidth);
+  const float H = Coordinate(paHeight, &TSVGPattern::FHeight, Box.Height(), ViewportHeight);
+  return TRectF{X, Y, X + W, Y + H};
+}
+
+bool TSVGPattern::StandardContentsMatrix(const TStandardAttributes &Attributes, const TRectF &Box, const TSizeF &Tile,
+                                         TMatrix &Result) const
+{
+  Result = VXIdentityMatrix;
+  if (Attributes.BoxContents)
+    Result = CreateScaleVXMatrix(Box.Width(), Box.Height());
+  if (!Attributes.ViewBox)
+    return true;
+  const TSVGViewBox &ViewBox = Attributes.ViewBox->FViewBox;
+  const float ViewWidth = ViewBox.Width()->GetValue();
+  const float ViewHeight = ViewBox.Height()->GetValue();
+  if (!(ViewWidth > 0 && ViewHeight > 0))
+    return false;
+  const TSVGPattern *Aspect = Attributes.GiverOf(paAspectRatio);
+  float Left = 0, Top = 0, ScaleX = 1, ScaleY = 1;
+  DefineView(TRectF{0, 0, Tile.cx, Tile.cy}, ViewWidth, ViewHeight, (Aspect ? Aspect : this)->FAspectRatio, Left, Top,
+             ScaleX, ScaleY);
+  Result = VXMatrixMultiply(CreateTranslateVXMatrix(-ViewBox.X()->GetValue(), -ViewBox.Y()->GetValue()),
+                            VXMatrixMultiply(CreateScaleVXMatrix(ScaleX, ScaleY), CreateTranslateVXMatrix(Left, Top)));
+  return true;
+}
+
 bool TSVGPattern::StandardBrush(TSVGGraphicElement &Client, const TMatrix &Matrix, const TRectF &Box,
                                 TVXGPBrush &Target)
 {
@@ -265,83 +334,38 @@ bool TSVGPattern::StandardBrush(TSVGGraphicElement &Client, const TMatrix &Matri
   TStackScope Rendering(RenderingTiles, *this, MaxTileNesting);
   if (!Rendering.Entered())
     return false;
-  const std::vector<TSVGPattern *> Chain = TemplateChain();
-  auto Giver = [&Chain](auto Given) -> TSVGPattern * {
-    const auto Found = std::find_if(Chain.begin(), Chain.end(), Given);
-    return Found == Chain.end() ? nullptr : *Found;
-  };
-  auto GiverOf = [&Giver](TSVGPatternAttribute Attribute) {
-    return Giver([Attribute](const TSVGPattern *P) { return P->FGiven.Contains(Attribute); });
-  };
-  const TSVGPattern *UnitsGiver = GiverOf(paUnits);
-  const TSVGPattern *ContentUnitsGiver = GiverOf(paContentUnits);
-  const TSVGPattern *TransformGiver = GiverOf(paTransform);
-  const TSVGPattern *AspectGiver = GiverOf(paAspectRatio);
-  const TSVGPattern *ViewBoxGiver = Giver([](const TSVGPattern *P) { return P->FViewBox.Specified(); });
-  TSVGPattern *Contents = Giver([](const TSVGPattern *P) {
-    return std::any_of(P->FItems.begin(), P->FItems.end(),
-                       [](const TSVGElement *E) { return dynamic_cast<const TSVGGraphicElement *>(E); });
-  });
-  const bool BoxUnits = !UnitsGiver || UnitsGiver->FUnits != csuUserSpaceOnUse;
-  const bool BoxContents = !ViewBoxGiver && ContentUnitsGiver && ContentUnitsGiver->FContentUnits == csuObjectBoundingBox;
+  const TStandardAttributes Attributes = ResolveStandardAttributes();
   const bool HasBox = Box.Width() > 0 && Box.Height() > 0;
-  if (!Contents || ((BoxUnits || BoxContents) && !HasBox))
+  if (!Attributes.Contents || ((Attributes.BoxUnits || Attributes.BoxContents) && !HasBox))
     return false;
-
-  const TSVGCustomViewBox *Viewport = Client.GetNearestViewBox();
-  const float ViewportWidth = Viewport ? Viewport->ViewBox().Width()->GetValue() : 0;
-  const float ViewportHeight = Viewport ? Viewport->ViewBox().Height()->GetValue() : 0;
-  auto Coordinate = [&](TSVGPatternAttribute Attribute, std::unique_ptr<TSVGLength> TSVGGraphicElement::*Field,
-                        float Extent, float ViewportExtent) {
-    const TSVGPattern *Found = GiverOf(Attribute);
-    return Found ? TileCoordinate(*(Found->*Field), BoxUnits, Extent, ViewportExtent) : 0.0f;
-  };
-  const float X = (BoxUnits ? Box.Left : 0) + Coordinate(paX, &TSVGPattern::FX, Box.Width(), ViewportWidth);
-  const float Y = (BoxUnits ? Box.Top : 0) + Coordinate(paY, &TSVGPattern::FY, Box.Height(), ViewportHeight);
-  const float W = Coordinate(paWidth, &TSVGPattern::FWidth, Box.Width(), ViewportWidth);
-  const float H = Coordinate(paHeight, &TSVGPattern::FHeight, Box.Height(), ViewportHeight);
-  if (!(W > 0 && H > 0))
+  const TRectF Tile = StandardTile(Attributes, Client, Box);
+  const TSizeF Size{Tile.Width(), Tile.Height()};
+  TMatrix ContentsToTile;
+  if (!(Size.cx > 0 && Size.cy > 0) || !StandardContentsMatrix(Attributes, Box, Size, ContentsToTile))
     return false;
-
-  // The contents in the tile's space, whose origin is the tile's corner.
-  TMatrix ContentsToTile = VXIdentityMatrix;
-  if (ViewBoxGiver) {
-    const TSVGViewBox &ViewBox = ViewBoxGiver->FViewBox;
-    const float ViewWidth = ViewBox.Width()->GetValue();
-    const float ViewHeight = ViewBox.Height()->GetValue();
-    if (!(ViewWidth > 0 && ViewHeight > 0))
-      return false;
-    float Left = 0, Top = 0, ScaleX = 1, ScaleY = 1;
-    DefineView(TRectF{0, 0, W, H}, ViewWidth, ViewHeight, (AspectGiver ? AspectGiver : this)->FAspectRatio, Left, Top,
-               ScaleX, ScaleY);
-    ContentsToTile = VXMatrixMultiply(CreateTranslateVXMatrix(-ViewBox.X()->GetValue(), -ViewBox.Y()->GetValue()),
-                                      VXMatrixMultiply(CreateScaleVXMatrix(ScaleX, ScaleY),
-                                                       CreateTranslateVXMatrix(Left, Top)));
-  } else if (BoxContents) {
-    ContentsToTile = CreateScaleVXMatrix(Box.Width(), Box.Height());
-  }
 
   // The bitmap has the resolution the tile has on the device when the paint is resolved.
+  const TSVGPattern *TransformGiver = Attributes.GiverOf(paTransform);
   TMatrix PatternTransform = TransformGiver ? TransformGiver->FPatternMatrix : VXIdentityMatrix;
   if (!(std::abs(VXMatrixDeterminant(PatternTransform)) > 0))
     PatternTransform = VXIdentityMatrix;
-  const TMatrix TileToUser = VXMatrixMultiply(CreateTranslateVXMatrix(X, Y), PatternTransform);
+  const TMatrix TileToUser = VXMatrixMultiply(CreateTranslateVXMatrix(Tile.Left, Tile.Top), PatternTransform);
   const TSizeF Scales = AxisScales(VXMatrixMultiply(TileToUser, Matrix));
-  const std::int64_t Width = TileSide(std::ceil(double(W) * Scales.cx));
-  const std::int64_t Height = TileSide(std::ceil(double(H) * Scales.cy));
+  const std::int64_t Width = TileSide(std::ceil(double(Size.cx) * Scales.cx));
+  const std::int64_t Height = TileSide(std::ceil(double(Size.cy) * Scales.cy));
   if (Width <= 0 || Height <= 0 || Width * Height > MaxTilePixels - TilePixelsInUse)
     return false;
   TTileBudget Budget(Width * Height);
   auto Bitmap = std::make_shared<TVXGPBitmap>(int(Width), int(Height));
-  const TPointF Pixels{float(Width) / W, float(Height) / H};
+  const TPointF Pixels{float(Width) / Size.cx, float(Height) / Size.cy};
   {
-    TEnabledScope Enabled(*Contents, Client.IsEnabled());
+    TEnabledScope Enabled(*Attributes.Contents, Client.IsEnabled());
     TVXGPCanvas &Canvas = Bitmap->GetCanvas();
     Canvas.Clear(0);
     // Paint servers of the contents were resolved for another tile.
-    Contents->Reset();
-    Contents->DrawOwnContents(VXMatrixMultiply(ContentsToTile, CreateScaleVXMatrix(Pixels.X, Pixels.Y)), Canvas,
-                              TRectF{0, 0, float(Width), float(Height)});
+    Attributes.Contents->Reset();
+    Attributes.Contents->DrawOwnContents(VXMatrixMultiply(ContentsToTile, CreateScaleVXMatrix(Pixels.X, Pixels.Y)),
+                                         Canvas, TRectF{0, 0, float(Width), float(Height)});
   }
   Target.SetBitmap(Bitmap);
   Target.SetBitmapPlacement(VXMatrixMultiply(CreateScaleVXMatrix(1 / Pixels.X, 1 / Pixels.Y), TileToUser));
@@ -367,7 +391,7 @@ bool TSVGPattern::PaintServerBrush(TSVGGraphicElement &Client, const TMatrix &Ma
                                    TVXGPBrush &Target)
 {
   if (TilesByStandardRules())
-    return StandardBrush(Client, Matrix, Rect, Target);
+    return StandardBrush(Client, Matrix, VXObjectBoundingBox(Client, Rect), Target);
   Target.SetBitmap(GetPattern(Client, Matrix, Rect));
   Target.SetKind(bkBitmap);
   return true;

@@ -74,6 +74,9 @@ public:
   // when the tile is refused or already being rendered further out.
   virtual std::shared_ptr<TVXGPBitmap> GetPattern(TSVGGraphicElement &Element, const TMatrix &Matrix,
                                                   const TRectF &Rect);
+  // By the standard rules false when the pattern has nothing to paint for Client (no stops or
+  // contents, or a box without area in bounding-box units); Target then paints nothing, and the
+  // caller may paint a fallback instead.
   bool PaintServerBrush(TSVGGraphicElement &Client, const TMatrix &Matrix, const TRectF &Rect,
                         TVXGPBrush &Target) override;
 
@@ -103,6 +106,27 @@ private:
   bool TilesByStandardRules() const { return FollowsStandardSVG(); }
   // This pattern and those its href chain names, nearest first, ending before a repeated one.
   std::vector<TSVGPattern *> TemplateChain();
+  // What the href chain resolves to by the standard rules.
+  struct TStandardAttributes
+  {
+    std::vector<TSVGPattern *> Chain;
+    // The nearest patterns with a specified view box and with contents, or nil.
+    TSVGPattern *ViewBox = nullptr;
+    TSVGPattern *Contents = nullptr;
+    // The tile, or the contents, in bounding-box units.
+    bool BoxUnits = true;
+    bool BoxContents = false;
+    // The nearest pattern of the chain that was given Attribute, or nil.
+    TSVGPattern *GiverOf(TSVGPatternAttribute Attribute) const;
+  };
+  TStandardAttributes ResolveStandardAttributes();
+  // The tile rectangle in the pattern's space, for an element whose box is Box.
+  static TRectF StandardTile(const TStandardAttributes &Attributes, const TSVGGraphicElement &Client,
+                             const TRectF &Box);
+  // The contents' space in the tile's space, whose origin is the tile's corner; false for a view
+  // box without area.
+  bool StandardContentsMatrix(const TStandardAttributes &Attributes, const TRectF &Box, const TSizeF &Tile,
+                              TMatrix &Result) const;
   // The standard road of PaintServerBrush: false when the pattern paints nothing for Client.
   bool StandardBrush(TSVGGraphicElement &Client, const TMatrix &Matrix, const TRectF &Box, TVXGPBrush &Target);
   // Draws this pattern's own children under Matrix, without the href target's.
