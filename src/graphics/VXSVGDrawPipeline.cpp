@@ -110,6 +110,7 @@ bool TSVGGraphicElement::BeginDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, c
   const TRectF Bounds = GetBoundsRect();
   FCanvasState = Canvas.SaveState();
   try {
+    Canvas.SetPaintMatrix(Matrix);
     Canvas.SetBrush(GetBrush(Matrix, Bounds));
     SetCanvasPen(Canvas, Matrix, GetVectorEffect() == veNone);
     Canvas.SetFont(GetFont());

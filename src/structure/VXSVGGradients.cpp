@@ -1,5 +1,7 @@
 #include "structure/VXSVGGradients.h"
 
+#include "platform/rtl/VXSysUtils.h"
+#include "structure/VXSVGObjectBox.h"
 #include "tree/VXSVGDocument.h"
 #include "values/VXSVGAttributes.h"
 #include "values/VXSVGColors.h"
@@ -109,6 +111,7 @@ void TSVGCustomGradient::SetSpread(TSVGGradientSpread Value)
   if (Value == FSpread)
     return;
   FSpread = Value;
+  GiveAttribute(gaSpread);
   FBrushChanged = FPenChanged = true;
   Change(this);
 }
@@ -118,6 +121,7 @@ void TSVGCustomGradient::SetUnits(TSVGCoordinateSystemUnit Value)
   if (Value == FUnits)
     return;
   FUnits = Value;
+  GiveAttribute(gaUnits);
   Change(this);
 }
 
@@ -142,6 +146,7 @@ void TSVGCustomGradient::AssignProperties(const TSVGElement *Source)
   if (const auto *Gradient = dynamic_cast<const TSVGCustomGradient *>(Source)) {
     FSpread = Gradient->FSpread;
     FUnits = Gradient->FUnits;
+    FGiven = Gradient->FGiven;
     SetReference(Gradient->FReference);
   }
   TSVGGraphicElement::AssignProperties(Source);
@@ -154,6 +159,7 @@ void TSVGCustomGradient::Clear()
   TSVGGraphicElement::Clear();
   FUnits = csuObjectBoundingBox;
   FSpread = gsPad;
+  FGiven = {};
 }
 
 void TSVGCustomGradient::DoLoadFromXML(const IXMLNode &Node)
@@ -166,6 +172,17 @@ void TSVGCustomGradient::DoLoadFromXML(const IXMLNode &Node)
   FReference = ParseURI(Node, QStringLiteral("href"), FReference, QStringLiteral("xlink"));
   FUnits = ParseCoordinateSystemUnit(ParseAttrString(Node, QStringLiteral("gradientUnits")), FUnits);
   FSpread = ParseGradientSpread(ParseAttrString(Node, QStringLiteral("spreadMethod")), FSpread);
+  GiveLoadedAttributes(Node, {{gaUnits, QStringLiteral("gradientUnits")},
+                              {gaTransform, QStringLiteral("gradientTransform")},
+                              {gaSpread, QStringLiteral("spreadMethod")}});
+}
+
+void TSVGCustomGradient::GiveLoadedAttributes(
+  const IXMLNode &Node, std::initializer_list<std::pair<TSVGGradientAttribute, QString>> Attributes)
+{
+  for (const auto &[Attribute, Name] : Attributes)
+    if (Node.HasAttribute(Name))
+      GiveAttribute(Attribute);
 }
 
 int TSVGCustomGradient::ReadChild(const IXMLNode &Node)
@@ -314,9 +331,11 @@ std::unique_ptr<TVXGPGradient> TSVGCustomGradient::GetGradient(const TMatrix &Ma
   return Result;
 }
 
-bool TSVGCustomGradient::PaintServerBrush(TSVGGraphicElement &, const TMatrix &Matrix, const TRectF &Rect,
+bool TSVGCustomGradient::PaintServerBrush(TSVGGraphicElement &Client, const TMatrix &Matrix, const TRectF &Rect,
                                           TVXGPBrush &Target)
 {
+  if (LaysOutByStandardRules())
+    return StandardBrush(Client, VXObjectBoundingBox(Client, Rect), Target);
   const std::unique_ptr<TVXGPGradient> Gradient = GetGradient(Matrix, Rect);
   Target.SetGradient(Gradient.get());
   Target.SetKind(bkGradient);
@@ -354,6 +373,7 @@ void TSVGLinearGradient::WriteVector()
 void TSVGLinearGradient::SetX1(const TSVGLength &Value)
 {
   FX1->Assign(&Value);
+  GiveAttribute(gaX1);
   TLentEvent Quiet(FBrush->OnChange);
   FBrush->GetGradient().Start().SetX(FX1->GetPixels());
 }
@@ -361,6 +381,7 @@ void TSVGLinearGradient::SetX1(const TSVGLength &Value)
 void TSVGLinearGradient::SetY1(const TSVGLength &Value)
 {
   FY1->Assign(&Value);
+  GiveAttribute(gaY1);
   TLentEvent Quiet(FBrush->OnChange);
   FBrush->GetGradient().Start().SetY(FY1->GetPixels());
 }
@@ -368,6 +389,7 @@ void TSVGLinearGradient::SetY1(const TSVGLength &Value)
 void TSVGLinearGradient::SetX2(const TSVGLength &Value)
 {
   FX2->Assign(&Value);
+  GiveAttribute(gaX2);
   TLentEvent Quiet(FBrush->OnChange);
   FBrush->GetGradient().End().SetX(FX2->GetPixels());
 }
@@ -375,6 +397,7 @@ void TSVGLinearGradient::SetX2(const TSVGLength &Value)
 void TSVGLinearGradient::SetY2(const TSVGLength &Value)
 {
   FY2->Assign(&Value);
+  GiveAttribute(gaY2);
   TLentEvent Quiet(FBrush->OnChange);
   FBrush->GetGradient().End().SetY(FY2->GetPixels());
 }
@@ -448,18 +471,23 @@ void TSVGLinearGradient::DoLoadFromXML(const IXMLNode &Node)
   ParsePercent(Node, QStringLiteral("y1"), FY1.get(), 0.0f, 1.0f);
   ParsePercent(Node, QStringLiteral("x2"), FX2.get(), 0.0f, 1.0f);
   ParsePercent(Node, QStringLiteral("y2"), FY2.get(), 0.0f, 1.0f);
+  GiveLoadedAttributes(Node, {{gaX1, QStringLiteral("x1")},
+                              {gaY1, QStringLiteral("y1")},
+                              {gaX2, QStringLiteral("x2")},
+                              {gaY2, QStringLiteral("y2")}});
 }
 
 // --- TSVGRadialGradient --------------------------------------------------------------------------
 
 TSVGRadialGradient::TSVGRadialGradient(TSVGDocument *Owner)
-  : TSVGCustomGradient(Owner), FFocalX(CreateBoxLength(0.0f, false)), FFocalY(CreateBoxLength(0.0f, false))
+  : TSVGCustomGradient(Owner), FFocalX(CreateBoxLength(0.0f, false)), FFocalY(CreateBoxLength(0.0f, false)),
+    FFocalRadius(CreateBoxLength(0.0f, false))
 {
   for (TSVGLength *Length : {FX.get(), FY.get(), FWidth.get(), FHeight.get()}) {
     TLentEvent Quiet(Length->OnChange);
     Length->Initialize(0.5f, true, suNone);
   }
-  for (TSVGLength *Length : {FFocalX.get(), FFocalY.get()}) {
+  for (TSVGLength *Length : {FFocalX.get(), FFocalY.get(), FFocalRadius.get()}) {
     Length->OnChange = [this](TObject *Sender) { ObjectPropChange(Sender); };
     Length->OnUnitFactors = [this](TObject *, TSVGUnitFactors &Factors) { Factors = GetUnitFactors(); };
   }
@@ -473,6 +501,7 @@ void TSVGRadialGradient::InitializeGeometry()
     Length->Initialize(0.5f, true, suNone);
   FFocalX->Clear();
   FFocalY->Clear();
+  FFocalRadius->Clear();
   FFocalXSpecified = false;
   FFocalYSpecified = false;
 }
@@ -518,6 +547,7 @@ void TSVGRadialGradient::AssignProperties(const TSVGElement *Source)
   if (const auto *Radial = dynamic_cast<const TSVGRadialGradient *>(Source)) {
     FFocalX->Assign(Radial->FFocalX.get());
     FFocalY->Assign(Radial->FFocalY.get());
+    FFocalRadius->Assign(Radial->FFocalRadius.get());
     FFocalXSpecified = Radial->FFocalXSpecified;
     FFocalYSpecified = Radial->FFocalYSpecified;
   }
@@ -600,6 +630,14 @@ void TSVGRadialGradient::DoLoadFromXML(const IXMLNode &Node)
   FFocalYSpecified = Node.HasAttribute(QStringLiteral("fy"));
   FFocalY->Clear();
   ParsePercent(Node, QStringLiteral("fy"), FFocalY.get(), 0.0f, 1.0f);
+  FFocalRadius->Clear();
+  ParsePercent(Node, QStringLiteral("fr"), FFocalRadius.get(), 0.0f, 1.0f);
+  GiveLoadedAttributes(Node, {{gaCX, QStringLiteral("cx")},
+                              {gaCY, QStringLiteral("cy")},
+                              {gaR, QStringLiteral("r")},
+                              {gaFX, QStringLiteral("fx")},
+                              {gaFY, QStringLiteral("fy")},
+                              {gaFR, QStringLiteral("fr")}});
 }
 
 // --- TSVGGradientStop ----------------------------------------------------------------------------
@@ -636,11 +674,33 @@ void TSVGGradientStop::ApplyStyle(const TSVGStyle &Style)
   // own for them: "inherit" leaves the present value, and FInherits is not touched.
   bool Inherited = false;
   bool IsNone = FStopBrush->GetKind() == bkNone;
-  FStopBrush->SetColor(ParseColor(Style.StyleProp(ipStopColor), FStopBrush->GetColor(), IsNone, Inherited, GetColor()));
+  FStopBrush->SetColor(
+    ParseColor(StopPropertyText(Style, ipStopColor), FStopBrush->GetColor(), IsNone, Inherited, GetColor()));
   if (FStopBrush->GetKind() != bkNone)
     FStopBrush->SetKind(bkSolid);
   Inherited = false;
-  FStopBrush->SetOpacity(ParseNumber(Style.StyleProp(ipStopOpacity), FStopBrush->GetOpacity(), Inherited));
+  const QString Opacity = StopPropertyText(Style, ipStopOpacity);
+  float Percent = 0;
+  if (ReadsStopByStandardRules() && Trim(Opacity).endsWith(QLatin1Char('%')) &&
+      TryStrToFloat(Trim(Opacity).chopped(1), Percent))
+    FStopBrush->SetOpacity(std::clamp(Percent / 100.0f, 0.0f, 1.0f));
+  else
+    FStopBrush->SetOpacity(ParseNumber(Opacity, FStopBrush->GetOpacity(), Inherited));
+}
+
+QString TSVGGradientStop::StopPropertyText(const TSVGStyle &Style, TSVGStyleProperty Property) const
+{
+  const QString Text = Style.StyleProp(Property);
+  const QString Inherit = QStringLiteral("inherit");
+  if (!ReadsStopByStandardRules() || Trim(Text) != Inherit)
+    return Text;
+  // The property is not inherited, so the parent's value is the one it was given, or the initial one.
+  if (const auto *Graphic = dynamic_cast<const TSVGGraphicElement *>(Parent())) {
+    const QString Given = Graphic->Style().StyleProp(Property);
+    if (!Trim(Given).isEmpty() && Trim(Given) != Inherit)
+      return Given;
+  }
+  return DefaultSVGStylePropertyValues[Property];
 }
 
 void TSVGGradientStop::AssignProperties(const TSVGElement *Source)
@@ -663,6 +723,9 @@ void TSVGGradientStop::DoLoadFromXML(const IXMLNode &Node)
   TSVGGraphicElement::DoLoadFromXML(Node);
   FX->Clear();
   ParsePercent(Node, QStringLiteral("offset"), FX.get(), 0.0f, 1.0f);
+  // An offset is a number or a percentage: one with another unit is no offset.
+  if (ReadsStopByStandardRules() && FX->Unit() != suNone && FX->Unit() != suPercent)
+    FX->Clear();
 }
 
 } // namespace vx
@@ -711,6 +774,7 @@ void TSVGRadialGradient::DoSaveToXML(const IXMLNode &Node)
   Length(QStringLiteral("r"), *FWidth, Compact && FWidth->Raw() == 0.5f);
   Length(QStringLiteral("fx"), *FFocalX, !FFocalXSpecified);
   Length(QStringLiteral("fy"), *FFocalY, !FFocalYSpecified);
+  Length(QStringLiteral("fr"), *FFocalRadius, !FGiven.Contains(gaFR));
 }
 
 void TSVGGradientStop::DoSaveToXML(const IXMLNode &Node)

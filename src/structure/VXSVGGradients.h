@@ -7,11 +7,21 @@
 #include "tree/VXSVGReferenceListener.h"
 #include "tree/VXSVGGraphicElement.h"
 
+#include <cstdint>
+#include <initializer_list>
 #include <memory>
+#include <utility>
+#include <vector>
 
 namespace vx {
 
 class TSVGGradientStop;
+
+// The attributes of a gradient that may be given or left to the gradient its href names.
+enum TSVGGradientAttribute : std::uint8_t {
+  gaUnits, gaTransform, gaSpread, gaX1, gaY1, gaX2, gaY2, gaCX, gaCY, gaR, gaFX, gaFY, gaFR
+};
+using TSVGGradientAttributes = TSet<TSVGGradientAttribute, std::uint16_t>;
 
 // What the two gradient kinds share: the href to another gradient's stops, the spread method, the
 // units of the coordinates, "gradientTransform" (held in FMatrix), and the turning of stops into
@@ -44,6 +54,9 @@ public:
   void AssignProperties(const TSVGElement *Source) override;
   void Clear() override;
 
+  // The attributes loaded from XML or set by a program.
+  TSVGGradientAttributes GivenAttributes() const { return FGiven; }
+
   // Fills Points with the stops, first to last for Direction 1 and last to first for -1; the
   // reflect and repeat spreads are unrolled into further passes until an offset reaches 1. A
   // gradient without children takes the stops of the gradient its href names (and only those); a
@@ -52,6 +65,9 @@ public:
   // A new canvas gradient for an element drawn under Matrix whose bounds are Rect; positions are
   // fractions of Rect. Subclasses fill in their coordinates after calling this one.
   virtual std::unique_ptr<TVXGPGradient> GetGradient(const TMatrix &Matrix, const TRectF &Rect);
+  // By the standard rules false when the gradient has nothing to paint for Client (no stops or
+  // contents, or a box without area in bounding-box units); Target then paints nothing, and the
+  // caller may paint a fallback instead.
   bool PaintServerBrush(TSVGGraphicElement &Client, const TMatrix &Matrix, const TRectF &Rect,
                         TVXGPBrush &Target) override;
 
@@ -69,9 +85,29 @@ protected:
   // The gradient that FReference names, or nil.
   TSVGCustomGradient *ReferencedGradient() const;
 
+  // Whether the gradient is laid out by the standard rules: every attribute not given is taken
+  // through the href chain, gradientTransform applies in both unit systems (in bounding-box units
+  // inside the box's space), the defaults and percentages of user space are of the viewport, the
+  // stops are clamped to 0..1 and kept in order, the spread is the canvas's, and a box without
+  // width or height takes no bounding-box gradient. Otherwise the classic rules of GetGradient.
+  bool LaysOutByStandardRules() const { return FollowsStandardSVG(); }
+  // This gradient and those its href chain names, nearest first; a chain that comes back on itself
+  // ends before the repeated gradient.
+  std::vector<const TSVGCustomGradient *> TemplateChain() const;
+  // The positions of the standard layout in the gradient's own space; Viewport is the size that
+  // user-space percentages are of.
+  virtual void PlaceStandardGeometry(const std::vector<const TSVGCustomGradient *> &Chain, bool BoxUnits,
+                                     const TSizeF &Viewport, TVXGPGradient &Gradient) const = 0;
+  // Marks an attribute given, so that the href chain no longer supplies it.
+  void GiveAttribute(TSVGGradientAttribute Attribute) { FGiven.Include(Attribute); }
+  // Marks given those of Attributes that Node carries.
+  void GiveLoadedAttributes(const IXMLNode &Node,
+                            std::initializer_list<std::pair<TSVGGradientAttribute, QString>> Attributes);
+
   QString FReference;
   TSVGGradientSpread FSpread = gsPad;
   TSVGCoordinateSystemUnit FUnits = csuObjectBoundingBox;
+  TSVGGradientAttributes FGiven;
 
 private:
   // The gradient whose children give the stops: the end of the href chain of childless gradients.
@@ -80,6 +116,10 @@ private:
   // One pass over the stops in the order of Step; answers the last offset added.
   float AppendStops(TVXGPGradientPoints &Points, bool Continuing, int Step) const;
   float StopOffset(int Index) const;
+  // The standard road of PaintServerBrush: false when the gradient paints nothing for Client.
+  bool StandardBrush(const TSVGGraphicElement &Client, const TRectF &Box, TVXGPBrush &Target) const;
+  // The stops of the standard rules: offsets clamped to 0..1 and never below the one before.
+  void FillStandardPoints(TVXGPGradientPoints &Points) const;
 
   TSVGReferenceListener FListener;
 };
@@ -122,6 +162,9 @@ protected:
   void DoSaveToXML(const IXMLNode &Node) override;
 
 private:
+  void PlaceStandardGeometry(const std::vector<const TSVGCustomGradient *> &Chain, bool BoxUnits,
+                             const TSizeF &Viewport, TVXGPGradient &Gradient) const override;
+
   std::unique_ptr<TSVGLength> CreateVectorLength();
   void WriteVector();
 
@@ -145,6 +188,8 @@ public:
   TSVGLength &Radius() const { return *FWidth; }
   TSVGLength &FocalX() const { return *FFocalX; }
   TSVGLength &FocalY() const { return *FFocalY; }
+  // "fr": the radius of the focal circle; only the standard layout draws it.
+  TSVGLength &FocalRadius() const { return *FFocalRadius; }
   bool FocalXSpecified() const { return FFocalXSpecified; }
   bool FocalYSpecified() const { return FFocalYSpecified; }
   void SetFocalXSpecified(bool Value);
@@ -166,10 +211,13 @@ protected:
   void DoLoadFromXML(const IXMLNode &Node) override;
   void DoSaveToXML(const IXMLNode &Node) override;
 
+  void PlaceStandardGeometry(const std::vector<const TSVGCustomGradient *> &Chain, bool BoxUnits,
+                             const TSizeF &Viewport, TVXGPGradient &Gradient) const override;
+
 private:
   void InitializeGeometry();
 
-  std::unique_ptr<TSVGLength> FFocalX, FFocalY;
+  std::unique_ptr<TSVGLength> FFocalX, FFocalY, FFocalRadius;
   bool FFocalXSpecified = false;
   bool FFocalYSpecified = false;
 };
@@ -203,6 +251,13 @@ protected:
   void DoSaveToXML(const IXMLNode &Node) override;
 
 private:
+  // Whether the stop is read by the standard rules: "inherit" takes the value the parent gives the
+  // property (or its initial value), an opacity may be a percentage, and an offset with a unit other than % is
+  // ignored. Otherwise "inherit" keeps the present value and an offset takes any unit.
+  bool ReadsStopByStandardRules() const { return FollowsStandardSVG(); }
+  // The text of a stop property in Style, with "inherit" resolved as ReadsStopByStandardRules says.
+  QString StopPropertyText(const TSVGStyle &Style, TSVGStyleProperty Property) const;
+
   std::unique_ptr<TSVGBrush> FStopBrush;
   bool FStopBrushChanged = true;
 };

@@ -1,6 +1,7 @@
 #include "structure/VXSVGPattern.h"
 
 #include "platform/vectorkit/VXGPCanvas.h"
+#include "structure/VXSVGObjectBox.h"
 #include "structure/VXSVGScopes.h"
 #include "tree/VXSVGDocument.h"
 #include "values/VXSVGAttributes.h"
@@ -108,6 +109,7 @@ void TSVGPattern::SetContentUnits(TSVGCoordinateSystemUnit Value)
   if (Value == FContentUnits)
     return;
   FContentUnits = Value;
+  FGiven.Include(paContentUnits);
   Change(this);
 }
 
@@ -116,12 +118,14 @@ void TSVGPattern::SetUnits(TSVGCoordinateSystemUnit Value)
   if (Value == FUnits)
     return;
   FUnits = Value;
+  FGiven.Include(paUnits);
   Change(this);
 }
 
 void TSVGPattern::SetPatternMatrix(const TMatrix &Value)
 {
   FPatternMatrix = Value;
+  FGiven.Include(paTransform);
   Change(this);
 }
 
@@ -215,9 +219,179 @@ void TSVGPattern::RenderTile(TVXGPBitmap &Bitmap, const TMatrix &Matrix, const T
     }
 }
 
+// --- the tile by the standard rules ----------------------------------------------------------------
+
+namespace {
+
+// A tile coordinate by the standard rules: in bounding-box units a fraction of the box's Extent
+// (a percentage too), in user space user units or a percentage of Viewport, a side of the viewport.
+float TileCoordinate(const TSVGLength &Length, bool BoxUnits, float Extent, float Viewport)
+{
+  const float Value = Length.IsPercent() ? Length.Raw() : Length.GetPixels();
+  if (BoxUnits)
+    return Value * Extent;
+  return Length.IsPercent() ? Value * Viewport : Value;
+}
+
+// The scale that Matrix gives to lengths along the x and the y axis.
+TSizeF AxisScales(const TMatrix &Matrix)
+{
+  return {float(std::hypot(double(Matrix.m11), double(Matrix.m12))),
+          float(std::hypot(double(Matrix.m21), double(Matrix.m22)))};
+}
+
+} // namespace
+
+std::vector<TSVGPattern *> TSVGPattern::TemplateChain()
+{
+  std::vector<TSVGPattern *> Chain{this};
+  for (TSVGPattern *Next = this;;) {
+    TSVGElement *Found = nullptr;
+    if (Next->FReference.isEmpty() || !GetOwner() || !GetOwner()->AllItems().TryGetValue(Next->FReference, Found))
+      break;
+    Next = dynamic_cast<TSVGPattern *>(Found);
+    if (!Next || std::find(Chain.begin(), Chain.end(), Next) != Chain.end())
+      break;
+    Chain.push_back(Next);
+  }
+  return Chain;
+}
+
+TSVGPattern *TSVGPattern::TStandardAttributes::GiverOf(TSVGPatternAttribute Attribute) const
+{
+  for (TSVGPattern *Pattern : Chain)
+    if (Pattern->FGiven.Contains(Attribute))
+      return Pattern;
+  return nullptr;
+}
+
+TSVGPattern::TStandardAttributes TSVGPattern::ResolveStandardAttributes()
+{
+  TStandardAttributes Result;
+  Result.Chain = TemplateChain();
+  for (TSVGPattern *Pattern : Result.Chain) {
+    if (!Result.ViewBox && Pattern->FViewBox.Specified())
+      Result.ViewBox = Pattern;
+    if (!Result.Contents && std::any_of(Pattern->FItems.begin(), Pattern->FItems.end(), [](const TSVGElement *E) {
+          return dynamic_cast<const TSVGGraphicElement *>(E) != nullptr;
+        }))
+      Result.Contents = Pattern;
+  }
+  const TSVGPattern *Units = Result.GiverOf(paUnits);
+  const TSVGPattern *ContentUnits = Result.GiverOf(paContentUnits);
+  Result.BoxUnits = !Units || Units->FUnits != csuUserSpaceOnUse;
+  Result.BoxContents = !Result.ViewBox && ContentUnits && ContentUnits->FContentUnits == csuObjectBoundingBox;
+  return Result;
+}
+
+TRectF TSVGPattern::StandardTile(const TStandardAttributes &Attributes, const TSVGGraphicElement &Client,
+                                 const TRectF &Box)
+{
+  const TSVGCustomViewBox *Viewport = Client.GetNearestViewBox();
+  const float ViewportWidth = Viewport ? Viewport->ViewBox().Width()->GetValue() : 0;
+  const float ViewportHeight = Viewport ? Viewport->ViewBox().Height()->GetValue() : 0;
+  const bool BoxUnits = Attributes.BoxUnits;
+  auto Coordinate = [&](TSVGPatternAttribute Attribute, std::unique_ptr<TSVGLength> TSVGGraphicElement::*Field,
+                        float Extent, float ViewportExtent) {
+    const TSVGPattern *Found = Attributes.GiverOf(Attribute);
+    return Found ? TileCoordinate(*(Found->*Field), BoxUnits, Extent, ViewportExtent) : 0.0f;
+  };
+  const float X = (BoxUnits ? Box.Left : 0) + Coordinate(paX, &TSVGPattern::FX, Box.Width(), ViewportWidth);
+  const float Y = (BoxUnits ? Box.Top : 0) + Coordinate(paY, &TSVGPattern::FY, Box.Height(), ViewportHeight);
+  const float W = Coordinate(paWidth, &TSVGPattern::FWidth, Box.Width(), ViewportWidth);
+  const float H = Coordinate(paHeight, &TSVGPattern::FHeight, Box.Height(), ViewportHeight);
+  return TRectF{X, Y, X + W, Y + H};
+}
+
+bool TSVGPattern::StandardContentsMatrix(const TStandardAttributes &Attributes, const TRectF &Box, const TSizeF &Tile,
+                                         TMatrix &Result) const
+{
+  Result = VXIdentityMatrix;
+  if (Attributes.BoxContents)
+    Result = CreateScaleVXMatrix(Box.Width(), Box.Height());
+  if (!Attributes.ViewBox)
+    return true;
+  const TSVGViewBox &ViewBox = Attributes.ViewBox->FViewBox;
+  const float ViewWidth = ViewBox.Width()->GetValue();
+  const float ViewHeight = ViewBox.Height()->GetValue();
+  if (!(ViewWidth > 0 && ViewHeight > 0))
+    return false;
+  const TSVGPattern *Aspect = Attributes.GiverOf(paAspectRatio);
+  float Left = 0, Top = 0, ScaleX = 1, ScaleY = 1;
+  DefineView(TRectF{0, 0, Tile.cx, Tile.cy}, ViewWidth, ViewHeight, (Aspect ? Aspect : this)->FAspectRatio, Left, Top,
+             ScaleX, ScaleY);
+  Result = VXMatrixMultiply(CreateTranslateVXMatrix(-ViewBox.X()->GetValue(), -ViewBox.Y()->GetValue()),
+                            VXMatrixMultiply(CreateScaleVXMatrix(ScaleX, ScaleY), CreateTranslateVXMatrix(Left, Top)));
+  return true;
+}
+
+bool TSVGPattern::StandardBrush(TSVGGraphicElement &Client, const TMatrix &Matrix, const TRectF &Box,
+                                TVXGPBrush &Target)
+{
+  // A bitmap brush without a bitmap paints nothing, which is what every early exit leaves.
+  Target.SetBitmap(nullptr);
+  Target.SetKind(bkBitmap);
+  TStackScope Rendering(RenderingTiles, *this, MaxTileNesting);
+  if (!Rendering.Entered())
+    return false;
+  const TStandardAttributes Attributes = ResolveStandardAttributes();
+  const bool HasBox = Box.Width() > 0 && Box.Height() > 0;
+  if (!Attributes.Contents || ((Attributes.BoxUnits || Attributes.BoxContents) && !HasBox))
+    return false;
+  const TRectF Tile = StandardTile(Attributes, Client, Box);
+  const TSizeF Size{Tile.Width(), Tile.Height()};
+  TMatrix ContentsToTile;
+  if (!(Size.cx > 0 && Size.cy > 0) || !StandardContentsMatrix(Attributes, Box, Size, ContentsToTile))
+    return false;
+
+  // The bitmap has the resolution the tile has on the device when the paint is resolved.
+  const TSVGPattern *TransformGiver = Attributes.GiverOf(paTransform);
+  TMatrix PatternTransform = TransformGiver ? TransformGiver->FPatternMatrix : VXIdentityMatrix;
+  if (!(std::abs(VXMatrixDeterminant(PatternTransform)) > 0))
+    PatternTransform = VXIdentityMatrix;
+  const TMatrix TileToUser = VXMatrixMultiply(CreateTranslateVXMatrix(Tile.Left, Tile.Top), PatternTransform);
+  const TSizeF Scales = AxisScales(VXMatrixMultiply(TileToUser, Matrix));
+  const std::int64_t Width = TileSide(std::ceil(double(Size.cx) * Scales.cx));
+  const std::int64_t Height = TileSide(std::ceil(double(Size.cy) * Scales.cy));
+  if (Width <= 0 || Height <= 0 || Width * Height > MaxTilePixels - TilePixelsInUse)
+    return false;
+  TTileBudget Budget(Width * Height);
+  auto Bitmap = std::make_shared<TVXGPBitmap>(int(Width), int(Height));
+  const TPointF Pixels{float(Width) / Size.cx, float(Height) / Size.cy};
+  {
+    TEnabledScope Enabled(*Attributes.Contents, Client.IsEnabled());
+    TVXGPCanvas &Canvas = Bitmap->GetCanvas();
+    Canvas.Clear(0);
+    // Paint servers of the contents were resolved for another tile.
+    Attributes.Contents->Reset();
+    Attributes.Contents->DrawOwnContents(VXMatrixMultiply(ContentsToTile, CreateScaleVXMatrix(Pixels.X, Pixels.Y)),
+                                         Canvas, TRectF{0, 0, float(Width), float(Height)});
+  }
+  Target.SetBitmap(Bitmap);
+  Target.SetBitmapPlacement(VXMatrixMultiply(CreateScaleVXMatrix(1 / Pixels.X, 1 / Pixels.Y), TileToUser));
+  return true;
+}
+
+void TSVGPattern::DrawOwnContents(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)
+{
+  TStackScope Drawing(DrawingContents, *this, MaxTileNesting * 4);
+  if (!Drawing.Entered())
+    return;
+  BeginDraw(Matrix, Canvas, Rect);
+  try {
+    DrawChildren(Matrix, Canvas, Rect);
+  } catch (...) {
+    EndDraw(Matrix, Canvas, Rect);
+    throw;
+  }
+  EndDraw(Matrix, Canvas, Rect);
+}
+
 bool TSVGPattern::PaintServerBrush(TSVGGraphicElement &Client, const TMatrix &Matrix, const TRectF &Rect,
                                    TVXGPBrush &Target)
 {
+  if (TilesByStandardRules())
+    return StandardBrush(Client, Matrix, VXObjectBoundingBox(Client, Rect), Target);
   Target.SetBitmap(GetPattern(Client, Matrix, Rect));
   Target.SetKind(bkBitmap);
   return true;
@@ -259,6 +433,7 @@ void TSVGPattern::AssignProperties(const TSVGElement *Source)
   if (const auto *Pattern = dynamic_cast<const TSVGPattern *>(Source)) {
     FContentUnits = Pattern->FContentUnits;
     FUnits = Pattern->FUnits;
+    FGiven = Pattern->FGiven;
     SetReference(Pattern->FReference);
   }
   TSVGCustomViewBox::AssignProperties(Source);
@@ -272,6 +447,7 @@ void TSVGPattern::Clear()
   FContentUnits = csuUserSpaceOnUse;
   FUnits = csuObjectBoundingBox;
   FPatternMatrix = VXIdentityMatrix;
+  FGiven = {};
 }
 
 void TSVGPattern::DoLoadFromXML(const IXMLNode &Node)
@@ -284,6 +460,23 @@ void TSVGPattern::DoLoadFromXML(const IXMLNode &Node)
   FContentUnits =
     ParseCoordinateSystemUnit(ParseAttrString(Node, QStringLiteral("patternContentUnits")), FContentUnits);
   FUnits = ParseCoordinateSystemUnit(ParseAttrString(Node, QStringLiteral("patternUnits")), FUnits);
+  GiveLoadedAttributes(Node);
+}
+
+void TSVGPattern::GiveLoadedAttributes(const IXMLNode &Node)
+{
+  const std::pair<TSVGPatternAttribute, QString> Names[] = {
+    {paX, QStringLiteral("x")},
+    {paY, QStringLiteral("y")},
+    {paWidth, QStringLiteral("width")},
+    {paHeight, QStringLiteral("height")},
+    {paUnits, QStringLiteral("patternUnits")},
+    {paContentUnits, QStringLiteral("patternContentUnits")},
+    {paTransform, QStringLiteral("patternTransform")},
+    {paAspectRatio, QStringLiteral("preserveAspectRatio")}};
+  for (const auto &[Attribute, Name] : Names)
+    if (Node.HasAttribute(Name))
+      FGiven.Include(Attribute);
 }
 
 void TSVGPattern::DoSaveToXML(const IXMLNode &Node)

@@ -15,8 +15,15 @@
 
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 namespace vx {
+
+// The attributes of a pattern that may be given or left to the pattern its href names.
+enum TSVGPatternAttribute : std::uint8_t {
+  paX, paY, paWidth, paHeight, paUnits, paContentUnits, paTransform, paAspectRatio
+};
+using TSVGPatternAttributes = TSet<TSVGPatternAttribute, std::uint16_t>;
 
 class TSVGPattern : public TSVGCustomViewBox
 {
@@ -49,6 +56,9 @@ public:
   void SetContentUnits(TSVGCoordinateSystemUnit Value);
   TSVGCoordinateSystemUnit Units() const { return FUnits; }
   void SetUnits(TSVGCoordinateSystemUnit Value);
+  // The attributes loaded from XML or set through this class's setters; a view box counts as given
+  // when it is specified.
+  TSVGPatternAttributes GivenAttributes() const { return FGiven; }
   // "patternTransform": it takes the tile and its contents into the painted element's space.
   const TMatrix &PatternMatrix() const { return FPatternMatrix; }
   void SetPatternMatrix(const TMatrix &Value);
@@ -64,6 +74,9 @@ public:
   // when the tile is refused or already being rendered further out.
   virtual std::shared_ptr<TVXGPBitmap> GetPattern(TSVGGraphicElement &Element, const TMatrix &Matrix,
                                                   const TRectF &Rect);
+  // By the standard rules false when the pattern has nothing to paint for Client (no stops or
+  // contents, or a box without area in bounding-box units); Target then paints nothing, and the
+  // caller may paint a fallback instead.
   bool PaintServerBrush(TSVGGraphicElement &Client, const TMatrix &Matrix, const TRectF &Rect,
                         TVXGPBrush &Target) override;
 
@@ -84,6 +97,42 @@ protected:
   void InternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect) override;
 
 private:
+  // Whether the tile is made by the standard rules: every attribute not given and the contents,
+  // when the pattern has none, are taken through the href chain; the tile lies at x, y of the
+  // pattern's space, which patternTransform takes to the painted element's user space, and the
+  // brush places the bitmap there, rotated or skewed as the transform says; contents in
+  // bounding-box units are scaled by the box unless a view box maps them. Otherwise the classic
+  // rules of GetPattern, with an href that lends contents only.
+  bool TilesByStandardRules() const { return FollowsStandardSVG(); }
+  // This pattern and those its href chain names, nearest first, ending before a repeated one.
+  std::vector<TSVGPattern *> TemplateChain();
+  // What the href chain resolves to by the standard rules.
+  struct TStandardAttributes
+  {
+    std::vector<TSVGPattern *> Chain;
+    // The nearest patterns with a specified view box and with contents, or nil.
+    TSVGPattern *ViewBox = nullptr;
+    TSVGPattern *Contents = nullptr;
+    // The tile, or the contents, in bounding-box units.
+    bool BoxUnits = true;
+    bool BoxContents = false;
+    // The nearest pattern of the chain that was given Attribute, or nil.
+    TSVGPattern *GiverOf(TSVGPatternAttribute Attribute) const;
+  };
+  TStandardAttributes ResolveStandardAttributes();
+  // The tile rectangle in the pattern's space, for an element whose box is Box.
+  static TRectF StandardTile(const TStandardAttributes &Attributes, const TSVGGraphicElement &Client,
+                             const TRectF &Box);
+  // The contents' space in the tile's space, whose origin is the tile's corner; false for a view
+  // box without area.
+  bool StandardContentsMatrix(const TStandardAttributes &Attributes, const TRectF &Box, const TSizeF &Tile,
+                              TMatrix &Result) const;
+  // The standard road of PaintServerBrush: false when the pattern paints nothing for Client.
+  bool StandardBrush(TSVGGraphicElement &Client, const TMatrix &Matrix, const TRectF &Box, TVXGPBrush &Target);
+  // Draws this pattern's own children under Matrix, without the href target's.
+  void DrawOwnContents(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
+  void GiveLoadedAttributes(const IXMLNode &Node);
+
   // Draws the contents into Bitmap under Matrix, which puts the tile's corner at the origin. Corner is
   // that corner in device units, Offset the top left of the tile's box from it.
   void RenderTile(TVXGPBitmap &Bitmap, const TMatrix &Matrix, const TPointF &Corner, const TPointF &Offset);
@@ -92,6 +141,7 @@ private:
   TSVGCoordinateSystemUnit FUnits = csuObjectBoundingBox;
   QString FReference;
   TMatrix FPatternMatrix = VXIdentityMatrix;
+  TSVGPatternAttributes FGiven;
   TSVGReferenceListener FListener;
 };
 

@@ -16,6 +16,7 @@ struct TVXGPCanvas::TState
   std::unique_ptr<TVXGPBrush> Brush;
   std::unique_ptr<TVXGPFont> Font;
   TMatrix Matrix;
+  TMatrix PaintMatrix;
   int SmoothingMode, InterpolationMode, CompositingQuality, TextRenderingHint;
 };
 
@@ -104,7 +105,7 @@ bool TVXGPCanvas::Active() const
 int TVXGPCanvas::SaveState()
 {
   TState S{std::make_unique<TVXGPPen>(this), std::make_unique<TVXGPBrush>(this), std::make_unique<TVXGPFont>(this),
-           FMatrix, FSmoothingMode, FInterpolationMode, FCompositingQuality, FTextRenderingHint};
+           FMatrix, FPaintMatrix, FSmoothingMode, FInterpolationMode, FCompositingQuality, FTextRenderingHint};
   S.Pen->Assign(FPen.get());
   S.Brush->Assign(FBrush.get());
   S.Font->Assign(FFont.get());
@@ -130,6 +131,7 @@ void TVXGPCanvas::RestoreState(int Token)
     FBrush->Assign(S.Brush.get());
     FFont->Assign(S.Font.get());
     FMatrix = S.Matrix;
+    FPaintMatrix = S.PaintMatrix;
     FSmoothingMode = S.SmoothingMode;
     FInterpolationMode = S.InterpolationMode;
     FCompositingQuality = S.CompositingQuality;
@@ -145,6 +147,11 @@ void TVXGPCanvas::SetMatrix(const TMatrix &M)
   FMatrix = M;
   if (Active())
     FPainter->setWorldTransform(VXToQTransform(M) * FBase);
+}
+
+QTransform TVXGPCanvas::UserToLogical() const
+{
+  return VXToQTransform(FPaintMatrix) * VXToQTransform(FMatrix).inverted();
 }
 
 void TVXGPCanvas::SetPen(const TVXGPPen &Pen)
@@ -258,43 +265,62 @@ void TVXGPClip::Reset()
 // --- drawing -----------------------------------------------------------------------------------
 
 void TVXGPCanvas::PaintPath(const QPainterPath &Path, const QBrush &Brush, const QPen &Pen, float Opacity,
-                            bool Smooth)
+                            bool Smooth, bool PlacedTile)
 {
   const float Alpha = ValidOpacity(Opacity);
   if (!Active() || Alpha <= 0)
     return;
   const qreal OldOpacity = FPainter->opacity();
   const bool OldSmooth = FPainter->testRenderHint(QPainter::Antialiasing);
+  const bool OldSampling = FPainter->testRenderHint(QPainter::SmoothPixmapTransform);
   FPainter->setOpacity(OldOpacity * Alpha);
   if (OldSmooth != Smooth)
     FPainter->setRenderHint(QPainter::Antialiasing, Smooth);
+  // An upright tile placed in user space is copied pixel by pixel, so that its edges stay as sharp
+  // as they were drawn into it, whatever fraction of a pixel the placement moves it by; a turned
+  // or skewed one is smoothed.
+  const QTransform &Placement = Pen.style() == Qt::NoPen ? Brush.transform() : Pen.brush().transform();
+  PlacedTile = PlacedTile && OldSampling && Placement.type() <= QTransform::TxScale;
+  if (PlacedTile)
+    FPainter->setRenderHint(QPainter::SmoothPixmapTransform, false);
   FPainter->setPen(Pen);
   FPainter->setBrush(Brush);
   FPainter->drawPath(Path);
   FPainter->setOpacity(OldOpacity);
   if (OldSmooth != Smooth)
     FPainter->setRenderHint(QPainter::Antialiasing, OldSmooth);
+  if (PlacedTile)
+    FPainter->setRenderHint(QPainter::SmoothPixmapTransform, true);
 }
+
+namespace {
+
+bool IsPlacedTile(const TVXGPBrush &Brush, TVXGPBrushKind Kind)
+{
+  return Kind == bkBitmap && Brush.HasBitmapPlacement();
+}
+
+} // namespace
 
 void TVXGPCanvas::Fill(const TVXGPPath &Path, float Opacity)
 {
   if (FBrush->GetKind() == bkNone || Path.QPath().isEmpty())
     return;
   FBrush->Prepare(Path.GetBounds());
-  const QBrush B = FBrush->CreateQBrush();
+  const QBrush B = FBrush->CreateQBrush(UserToLogical());
   if (B.style() != Qt::NoBrush)
-    PaintPath(Path.QPath(), B, Qt::NoPen, Opacity, FSmoothingMode >= 2);
+    PaintPath(Path.QPath(), B, Qt::NoPen, Opacity, FSmoothingMode >= 2, IsPlacedTile(*FBrush, FBrush->GetKind()));
 }
 
 void TVXGPCanvas::Stroke(const TVXGPPath &Path, float Opacity)
 {
   if (FPen->GetKind() == bkNone || Path.QPath().isEmpty())
     return;
-  QPen P = FPen->CreateQPen(Path.GetBounds());
+  QPen P = FPen->CreateQPen(Path.GetBounds(), UserToLogical());
   if (P.style() == Qt::NoPen)
     return;
   VXLimitDashes(P, Path.QPath());
-  PaintPath(Path.QPath(), Qt::NoBrush, P, Opacity, FSmoothingMode >= 2);
+  PaintPath(Path.QPath(), Qt::NoBrush, P, Opacity, FSmoothingMode >= 2, IsPlacedTile(FPen->GetBrush(), FPen->GetKind()));
 }
 
 void TVXGPCanvas::FillPath(const TVXGPPath &Path, float Opacity)
@@ -394,7 +420,7 @@ void TVXGPCanvas::FillTextLines(const TRectF &R, const QString &Text, const TVXG
     return;
   const QRectF B = Glyphs.boundingRect();
   Paint.Prepare({float(B.left()), float(B.top()), float(B.right()), float(B.bottom())});
-  const QBrush Brush = Paint.CreateQBrush();
+  const QBrush Brush = Paint.CreateQBrush(UserToLogical());
   if (Brush.style() == Qt::NoBrush)
     return;
   const bool Clip = !Format.GetFlags().Contains(sfNoClip) && R.Width() > 0 && R.Height() > 0;
@@ -402,7 +428,8 @@ void TVXGPCanvas::FillTextLines(const TRectF &R, const QString &Text, const TVXG
     FPainter->save();
     FPainter->setClipRect(ToQRectF(R), FPainter->hasClipping() ? Qt::IntersectClip : Qt::ReplaceClip);
   }
-  PaintPath(Glyphs, Brush, Qt::NoPen, Opacity, FTextRenderingHint != 1 && FTextRenderingHint != 2);
+  PaintPath(Glyphs, Brush, Qt::NoPen, Opacity, FTextRenderingHint != 1 && FTextRenderingHint != 2,
+            IsPlacedTile(Paint, Paint.GetKind()));
   if (Clip)
     FPainter->restore();
 }

@@ -69,6 +69,11 @@ public:
 
   const TMatrix &GetMatrix() const { return FMatrix; }
   virtual void SetMatrix(const TMatrix &M);
+  // Takes the user space of what is drawn next to the canvas's coordinates (those of the identity
+  // matrix). Gradients and bitmaps that are placed in user space go through it, whatever the
+  // canvas matrix; the others ignore it. Part of the state.
+  const TMatrix &GetPaintMatrix() const { return FPaintMatrix; }
+  void SetPaintMatrix(const TMatrix &M) { FPaintMatrix = M; }
 
   // The current paints are the canvas's own copies.
   TVXGPPen &Pen() { return *FPen; }
@@ -156,6 +161,7 @@ private:
   std::unique_ptr<TVXGPBrush> FBrush;
   std::unique_ptr<TVXGPFont> FFont;
   TMatrix FMatrix;
+  TMatrix FPaintMatrix;
   int FSmoothingMode = 0;
   int FInterpolationMode = 0;
   int FCompositingQuality = 0;
@@ -176,7 +182,10 @@ private:
   void FillTextLines(const TRectF &R, const QString &Text, const TVXGPStringFormat &Format, bool WordWrap,
                      float Opacity);
   void CombineClipPath(const QPainterPath &Path, bool Infinite, TVXGPCombineMode Mode);
-  void PaintPath(const QPainterPath &Path, const QBrush &Brush, const QPen &Pen, float Opacity, bool Smooth);
+  void PaintPath(const QPainterPath &Path, const QBrush &Brush, const QPen &Pen, float Opacity, bool Smooth,
+                 bool PlacedTile = false);
+  // The paint matrix in the painter's logical coordinates, which the canvas matrix moves.
+  QTransform UserToLogical() const;
 };
 
 // Saves the canvas state on construction and restores it on the way out, also by an exception.

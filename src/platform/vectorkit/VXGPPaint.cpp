@@ -130,6 +130,11 @@ void TVXGPGradient::Assign(const TPersistent *Source)
     FStart.Assign(&G->FStart);
     FEnd.Assign(&G->FEnd);
     FRadialTransform.Assign(&G->FRadialTransform);
+    FLayout = G->FLayout;
+    FTransform = G->FTransform;
+    FSpread = G->FSpread;
+    FRadius = G->FRadius;
+    FFocalRadius = G->FFocalRadius;
     OnChange = Saved;
     Changed();
     return;
@@ -142,6 +147,44 @@ void TVXGPGradient::SetStyle(TVXGPGradientStyle Value)
   if (FStyle == Value)
     return;
   FStyle = Value;
+  Changed();
+}
+
+void TVXGPGradient::SetLayout(TVXGPGradientLayout Value)
+{
+  if (FLayout == Value)
+    return;
+  FLayout = Value;
+  Changed();
+}
+
+void TVXGPGradient::SetTransform(const TMatrix &Value)
+{
+  FTransform = Value;
+  Changed();
+}
+
+void TVXGPGradient::SetSpread(TVXGPGradientSpread Value)
+{
+  if (FSpread == Value)
+    return;
+  FSpread = Value;
+  Changed();
+}
+
+void TVXGPGradient::SetRadius(float Value)
+{
+  if (FRadius == Value)
+    return;
+  FRadius = Value;
+  Changed();
+}
+
+void TVXGPGradient::SetFocalRadius(float Value)
+{
+  if (FFocalRadius == Value)
+    return;
+  FFocalRadius = Value;
   Changed();
 }
 
@@ -231,6 +274,84 @@ QBrush TVXGPGradient::CreateQBrush(const TRectF &Bounds) const
   return Result;
 }
 
+QBrush TVXGPGradient::CreateQBrush(const TRectF &Bounds, const QTransform &UserToLogical) const
+{
+  return FLayout == glGradientSpace ? CreateGradientSpaceQBrush(UserToLogical) : CreateQBrush(Bounds);
+}
+
+namespace {
+
+QGradient::Spread QtSpread(TVXGPGradientSpread Spread)
+{
+  switch (Spread) {
+  case sdReflect:
+    return QGradient::ReflectSpread;
+  case sdRepeat:
+    return QGradient::RepeatSpread;
+  case sdPad:
+    break;
+  }
+  return QGradient::PadSpread;
+}
+
+// How much smaller than an equal outer circle the focal one is made.
+constexpr double EqualRadiiStep = 0.001;
+
+bool IsFinite(const QPointF &P)
+{
+  return std::isfinite(P.x()) && std::isfinite(P.y());
+}
+
+} // namespace
+
+QBrush TVXGPGradient::CreateGradientSpaceQBrush(const QTransform &UserToLogical) const
+{
+  const int Count = FPoints.GetCount();
+  if (Count == 0)
+    return QBrush(Qt::NoBrush);
+  std::vector<TStop> Stops;
+  Stops.reserve(std::size_t(Count));
+  for (int I = 0; I < Count; ++I) {
+    const TVXGPGradientPoint &P = FPoints.GetPoint(I);
+    Stops.push_back({std::isfinite(P.Offset) ? std::clamp(double(P.Offset), 0.0, 1.0) : 0.0, P.Color});
+  }
+  std::stable_sort(Stops.begin(), Stops.end(), [](const TStop &A, const TStop &B) { return A.T < B.T; });
+  const QBrush Last(VXToQColor(Stops.back().Color));
+  const QTransform Placement = VXToQTransform(FTransform) * UserToLogical;
+  if (Count == 1 || !Placement.isInvertible())
+    return Last;
+  std::unique_ptr<QGradient> G;
+  if (FStyle == gsLinear) {
+    const QPointF P1(FStart.X(), FStart.Y()), P2(FEnd.X(), FEnd.Y());
+    if (!IsFinite(P1) || !IsFinite(P2) || P1 == P2)
+      return Last;
+    G = std::make_unique<QLinearGradient>(P1, P2);
+  } else {
+    const QPointF C(FRadialTransform.Center().X(), FRadialTransform.Center().Y());
+    const QPointF F = C + QPointF(FRadialTransform.FocalOffset().X(), FRadialTransform.FocalOffset().Y());
+    if (!IsFinite(C) || !IsFinite(F) || !(FRadius > 0) || !std::isfinite(FRadius) || !std::isfinite(FFocalRadius))
+      return Last;
+    // The raster engine draws only focal circles smaller than the outer one: an equal one is the
+    // limit of a smaller one, a larger one the same gradient run backwards from the other circle.
+    const double FocalRadius = std::min(double(std::max(0.0f, FFocalRadius)), FRadius * (1.0 - EqualRadiiStep));
+    if (FFocalRadius <= FRadius) {
+      G = std::make_unique<QRadialGradient>(C, FRadius, F, FocalRadius);
+    } else {
+      std::reverse(Stops.begin(), Stops.end());
+      for (TStop &S : Stops)
+        S.T = 1.0 - S.T;
+      G = std::make_unique<QRadialGradient>(F, FFocalRadius, C, FRadius);
+    }
+  }
+  // SVG blends the colours of stops unpremultiplied; Qt's default blends premultiplied ones.
+  G->setInterpolationMode(QGradient::ComponentInterpolation);
+  G->setSpread(QtSpread(FSpread));
+  G->setStops(ScaledStops(Stops, 0.0, 1.0));
+  QBrush Result(*G);
+  Result.setTransform(Placement);
+  return Result;
+}
+
 // --- brush -------------------------------------------------------------------------------------
 
 TVXGPBrush::TVXGPBrush(TVXGPCanvas *Canvas, TVXGPBrushKind Kind, TVXGPColor Color)
@@ -271,6 +392,8 @@ void TVXGPBrush::Assign(const TPersistent *Source)
       FGradient.reset();
     }
     FBitmap = B->FBitmap;
+    FBitmapPlacement = B->FBitmapPlacement;
+    FBitmapPlaced = B->FBitmapPlaced;
     FPreparedRect = B->FPreparedRect;
     Change();
     return;
@@ -306,6 +429,27 @@ void TVXGPBrush::SetBitmap(std::shared_ptr<TVXGPBitmap> Bitmap)
     return;
   FBitmap = std::move(Bitmap);
   Change();
+}
+
+void TVXGPBrush::SetBitmapPlacement(const TMatrix &PixelsToUser)
+{
+  FBitmapPlacement = PixelsToUser;
+  FBitmapPlaced = true;
+  Change();
+}
+
+QBrush TVXGPBrush::CreateQBrush(const QTransform &UserToLogical) const
+{
+  if (FKind == bkGradient)
+    return GetGradient().CreateQBrush(FPreparedRect, UserToLogical);
+  if (FKind != bkBitmap || !FBitmapPlaced)
+    return CreateQBrush();
+  const QTransform Placement = VXToQTransform(FBitmapPlacement) * UserToLogical;
+  if (!FBitmap || FBitmap->IsEmpty() || !Placement.isInvertible())
+    return QBrush(Qt::NoBrush);
+  QBrush Result(FBitmap->Image());
+  Result.setTransform(Placement);
+  return Result;
 }
 
 QBrush TVXGPBrush::CreateQBrush() const
@@ -519,6 +663,23 @@ void TVXGPPen::SetCustomDash(const std::vector<float> &Dashes, int High, float O
   }
   FDashOffset = Offset;
   Change();
+}
+
+QPen TVXGPPen::CreateQPen(const TRectF &Bounds, const QTransform &UserToLogical) const
+{
+  const bool Placed = (FKind == bkGradient && FBrush->GetGradient().GetLayout() == glGradientSpace) ||
+                      (FKind == bkBitmap && FBrush->HasBitmapPlacement());
+  if (!Placed)
+    return CreateQPen(Bounds);
+  QPen Result = CreateQOutlinePen();
+  TVXGPBrush Paint;
+  Paint.Assign(FBrush.get());
+  Paint.SetKind(FKind);
+  const QBrush Brush = Paint.CreateQBrush(UserToLogical);
+  if (Brush.style() == Qt::NoBrush)
+    return QPen(Qt::NoPen);
+  Result.setBrush(Brush);
+  return Result;
 }
 
 QPen TVXGPPen::CreateQPen(const TRectF &Bounds) const

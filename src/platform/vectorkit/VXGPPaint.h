@@ -26,6 +26,15 @@ enum TVXGPBrushKind : std::uint8_t { bkNone, bkSolid, bkGradient, bkBitmap };
 
 enum TVXGPGradientStyle : std::uint8_t { gsLinear, gsRadial };
 
+// Where the positions of a gradient live. glBoxFractions: fractions of the rectangle the brush is
+// prepared for, the classic layout described at TVXGPGradient. glGradientSpace: coordinates of the
+// gradient's own space, which the gradient's Transform takes to the user space of the painted
+// element; the canvas's paint matrix takes that on to the device.
+enum TVXGPGradientLayout : std::uint8_t { glBoxFractions, glGradientSpace };
+
+// What a gradient laid out in its own space paints beyond its ends.
+enum TVXGPGradientSpread : std::uint8_t { sdPad, sdReflect, sdRepeat };
+
 enum TVXGPLineCap : std::uint8_t {
   lcFlat, lcSquare, lcRound, lcTriangle,
   lcNoAnchor, lcSquareAnchor, lcRoundAnchor, lcDiamondAnchor, lcArrowAnchor
@@ -97,6 +106,11 @@ private:
 
 // A linear or radial gradient. Start and End (linear) run from offset 0 to offset 1. For the radial
 // style offset 0 is the outer edge and offset 1 the focus.
+//
+// In the gradient-space layout positions are coordinates: Start and End, Center, FocalOffset (the
+// focus less the centre), Radius and FocalRadius; offsets run from the start (the focal circle)
+// at 0 to the end (the outer circle) at 1, points at one offset make a hard step, and Spread says
+// what lies beyond. A vector of length 0 or a radius of 0 paints the last colour.
 class TVXGPGradient : public TPersistent
 {
 public:
@@ -118,9 +132,24 @@ public:
   TVXGPRadialTransform &RadialTransform() { return FRadialTransform; }
   const TVXGPRadialTransform &RadialTransform() const { return FRadialTransform; }
 
+  TVXGPGradientLayout GetLayout() const { return FLayout; }
+  void SetLayout(TVXGPGradientLayout Value);
+  // The gradient-space layout's own fields.
+  const TMatrix &GetTransform() const { return FTransform; }
+  void SetTransform(const TMatrix &Value);
+  TVXGPGradientSpread GetSpread() const { return FSpread; }
+  void SetSpread(TVXGPGradientSpread Value);
+  float GetRadius() const { return FRadius; }
+  void SetRadius(float Value);
+  float GetFocalRadius() const { return FFocalRadius; }
+  void SetFocalRadius(float Value);
+
   // The gradient laid out over Bounds (opacity is applied by the canvas). No stops give no brush,
   // one stop a solid one; beyond its ends the gradient pads with the end colours.
   QBrush CreateQBrush(const TRectF &Bounds) const;
+  // The same, where a gradient in its own space goes through Transform and then UserToLogical,
+  // the user space of the painted element in the painter's logical coordinates.
+  QBrush CreateQBrush(const TRectF &Bounds, const QTransform &UserToLogical) const;
 
 private:
   TVXGPGradientStyle FStyle = gsLinear;
@@ -128,6 +157,13 @@ private:
   TVXPosition FStart;
   TVXPosition FEnd{1, 0};
   TVXGPRadialTransform FRadialTransform;
+  TVXGPGradientLayout FLayout = glBoxFractions;
+  TMatrix FTransform = VXIdentityMatrix;
+  TVXGPGradientSpread FSpread = sdPad;
+  float FRadius = 0;
+  float FFocalRadius = 0;
+
+  QBrush CreateGradientSpaceQBrush(const QTransform &UserToLogical) const;
 
   void Changed();
 };
@@ -166,6 +202,11 @@ public:
   const std::shared_ptr<TVXGPBitmap> &GetBitmap() const { return FBitmap; }
   // Takes a share of Bitmap (nullptr for none); the kind is left to the caller.
   void SetBitmap(std::shared_ptr<TVXGPBitmap> Bitmap);
+  // Places the bitmap's pixels in the user space of the painted element, from where the canvas's
+  // paint matrix takes them to the device; without a placement it tiles from the canvas origin.
+  void SetBitmapPlacement(const TMatrix &PixelsToUser);
+  bool HasBitmapPlacement() const { return FBitmapPlaced; }
+  const TMatrix &GetBitmapPlacement() const { return FBitmapPlacement; }
 
   // Lays a gradient out over Bounds, the rectangle of what is about to be filled.
   void Prepare(const TRectF &Bounds) { FPreparedRect = Bounds; }
@@ -173,6 +214,8 @@ public:
   // The Qt brush for the prepared rectangle: Qt::NoBrush for kind none or a missing bitmap. A bitmap
   // tiles from the origin of the canvas's coordinates.
   QBrush CreateQBrush() const;
+  // The same, where paints placed in user space go through UserToLogical (see TVXGPGradient).
+  QBrush CreateQBrush(const QTransform &UserToLogical) const;
 
 protected:
   virtual void Change();
@@ -185,6 +228,8 @@ private:
   TVXGPBrushKind FDefaultKind;
   std::unique_ptr<TVXGPGradient> FGradient;
   std::shared_ptr<TVXGPBitmap> FBitmap;
+  TMatrix FBitmapPlacement = VXIdentityMatrix;
+  bool FBitmapPlaced = false;
   TRectF FPreparedRect;
 };
 
@@ -238,8 +283,10 @@ public:
   TVXGPBrush &GetBrush() { return *FBrush; }
   const TVXGPBrush &GetBrush() const { return *FBrush; }
 
-  // The Qt pen; Bounds is the rectangle a gradient or bitmap stroke is laid out over.
+  // The Qt pen; Bounds is the rectangle a gradient or bitmap stroke is laid out over, UserToLogical
+  // places paints laid out in user space (see TVXGPBrush).
   QPen CreateQPen(const TRectF &Bounds) const;
+  QPen CreateQPen(const TRectF &Bounds, const QTransform &UserToLogical) const;
   // The geometry of the stroke (width, caps, joins, dashes) on a plain brush, whatever the kind.
   QPen CreateQOutlinePen() const;
 
