@@ -400,12 +400,14 @@ void TSVGCustomText::DrawFilledText(const TMatrix &Matrix, TVXGPCanvas &Canvas, 
   const TMatrix M = VXMatrixMultiply(FMatrix, Matrix);
   const bool Go = BeginDraw(M, Canvas, Rect);
   try {
+    const std::unique_ptr<TVXGPLayer> Layer = OpenLayer(Canvas);
     // The outermost element lays out the whole tree; each element then draws its own characters.
     if (MakeChunks)
       ChunkText(Canvas, M, Chunks);
     if (Go)
       DoFillTextChunks(M, Canvas, Rect, Chunks);
     FillChildrenTextChunks(M, Canvas, Rect, Chunks);
+    CompositeLayer(Layer.get());
   } catch (...) {
     EndDraw(M, Canvas, Rect);
     throw;
