@@ -306,6 +306,10 @@ void TSVGBrowserTextLayout::Collect(TSVGCustomText &Element, TSVGTextPath *Path)
     Char.Owner = &Element;
     Char.Preserve = Preserve;
     Char.Path = Path;
+    if (Element.GetFont().GetFontVariant() == fvSmallCaps && QChar::isLower(Code) && !StyleOf(&Element).SmallCaps) {
+      Char.Code = QChar::toUpper(Code);
+      Char.SmallCap = true;
+    }
     FChars.push_back(Char);
   }
   for (int I = 0; I < Element.Count(); ++I)
@@ -377,9 +381,22 @@ void TSVGBrowserTextLayout::ResolvePositions()
 
 // --- styles ------------------------------------------------------------------------------------
 
+const TSVGBrowserTextLayout::TStyle &TSVGBrowserTextLayout::StyleOf(const TChar &Char)
+{
+  if (!Char.SmallCap)
+    return StyleOf(Char.Owner);
+  const std::pair<const TSVGCustomText *, bool> Key{Char.Owner, true};
+  if (auto It = FStyles.find(Key); It != FStyles.end())
+    return It->second;
+  // Small capitals the font lacks are capitals at the size browsers make them.
+  TStyle Style = StyleOf(Char.Owner);
+  Style.Size *= 0.7f;
+  return FStyles.emplace(Key, Style).first->second;
+}
+
 const TSVGBrowserTextLayout::TStyle &TSVGBrowserTextLayout::StyleOf(TSVGCustomText *Owner)
 {
-  if (auto It = FStyles.find(Owner); It != FStyles.end())
+  if (auto It = FStyles.find({Owner, false}); It != FStyles.end())
     return It->second;
   TSVGFont &Font = Owner->GetFont();
   TStyle Style;
@@ -417,7 +434,7 @@ const TSVGBrowserTextLayout::TStyle &TSVGBrowserTextLayout::StyleOf(TSVGCustomTe
   if (Alignment == abNone || Alignment == abAuto || Alignment == abBaseline)
     Alignment = DominantAsAlignment(Owner->GetDominantBaseline());
   Style.BaselineOffset = float(AlignmentShift(Alignment, M, S) - BaselineShiftOf(*Owner, M, S));
-  return FStyles.emplace(Owner, Style).first->second;
+  return FStyles.emplace(std::pair<const TSVGCustomText *, bool>{Owner, false}, Style).first->second;
 }
 
 // --- chunks ------------------------------------------------------------------------------------
@@ -433,7 +450,7 @@ void TSVGBrowserTextLayout::LayOutChunk(int Start, int End)
     const int Unit = int(Text.size());
     AppendCode(Text, C.Code);
     CharOfUnit.resize(std::size_t(Text.size()), I);
-    const TStyle &S = StyleOf(C.Owner);
+    const TStyle &S = StyleOf(C);
     TVXShapeRun *Last = Runs.empty() ? nullptr : &Runs.back();
     if (Last && Last->Face == S.Face && Last->Kerning == S.Kerning && Last->SmallCaps == S.SmallCaps &&
         Last->Query.Key() == S.Query.Key()) {
@@ -462,13 +479,13 @@ void TSVGBrowserTextLayout::LayOutChunk(int Start, int End)
     }
     TCluster &C = Clusters.back();
     C.Glyphs.push_back(&G);
-    const TStyle &S = StyleOf(FChars[std::size_t(Char)].Owner);
+    const TStyle &S = StyleOf(FChars[std::size_t(Char)]);
     C.Width += float(G.XAdvance * Scale(*G.Face, S.Size));
   }
   for (std::size_t I = 0; I < Clusters.size(); ++I) {
     TCluster &C = Clusters[I];
     const TChar &Char = FChars[std::size_t(C.Char)];
-    const TStyle &S = StyleOf(Char.Owner);
+    const TStyle &S = StyleOf(Char);
     C.Advance = C.Width;
     // No spacing after the last cluster: it would move the anchor and the box.
     if (I + 1 < Clusters.size() && TakesLetterSpacing(Char.Code))
@@ -534,7 +551,7 @@ void TSVGBrowserTextLayout::EmitOutlines(const std::vector<TCluster> &Clusters, 
   std::vector<TSVGCustomText *> Owners;
   for (const TCluster &C : Clusters) {
     TSVGCustomText *Owner = FChars[std::size_t(C.Char)].Owner;
-    const TStyle &S = StyleOf(Owner);
+    const TStyle &S = StyleOf(FChars[std::size_t(C.Char)]);
     if (std::find(Owners.begin(), Owners.end(), Owner) == Owners.end())
       Owners.push_back(Owner);
     if (!(S.Size > 0) || C.Hidden)

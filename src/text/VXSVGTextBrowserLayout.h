@@ -40,6 +40,8 @@ private:
     std::optional<float> X, Y;
     float DX = 0, DY = 0;
     std::optional<float> Rotate;
+    // A lower-case letter drawn as a smaller capital, for fonts without small capitals.
+    bool SmallCap = false;
     // The text path the character flows along, if any.
     TSVGTextPath *Path = nullptr;
   };
@@ -110,6 +112,7 @@ private:
   // The outlines and decorations of placed clusters into the paths of their elements.
   void EmitOutlines(const std::vector<TCluster> &Clusters, bool OnPath);
   const TStyle &StyleOf(TSVGCustomText *Owner);
+  const TStyle &StyleOf(const TChar &Char);
   QPainterPath &PathOf(TSVGCustomText *Owner);
   void AddDecorations(TSVGCustomText *Owner, const TStyle &Style, const std::vector<TCluster> &Clusters,
                       const QTransform &ChunkTransform);
@@ -118,7 +121,8 @@ private:
   std::vector<TChar> FChars;
   std::vector<TRange> FRanges;
   std::vector<std::pair<TSVGCustomText *, QPainterPath>> FPaths;
-  std::map<const TSVGCustomText *, TStyle> FStyles;
+  // By element, and whether for its synthesized small capitals.
+  std::map<std::pair<const TSVGCustomText *, bool>, TStyle> FStyles;
   std::map<const TSVGTextPath *, TFlowPath> FFlowPaths;
   // The pen after the last chunk.
   float FLastX = 0, FLastY = 0;
