@@ -190,6 +190,14 @@ double BaselineShiftOf(TSVGCustomText &Owner, const TVXFontMetrics &M, double Sc
   return Up;
 }
 
+// Characters that stand upright in vertical text: the scripts and symbols of East Asia.
+bool IsUpright(char32_t Ch)
+{
+  return (Ch >= 0x1100 && Ch <= 0x11FF) || (Ch >= 0x2E80 && Ch <= 0xA4CF) || (Ch >= 0xAC00 && Ch <= 0xD7AF) ||
+         (Ch >= 0xF900 && Ch <= 0xFAFF) || (Ch >= 0xFE30 && Ch <= 0xFE4F) || (Ch >= 0xFF00 && Ch <= 0xFFEF) ||
+         (Ch >= 0x1F000 && Ch <= 0x1FAFF) || (Ch >= 0x20000 && Ch <= 0x3FFFD);
+}
+
 bool IsWordSeparator(char32_t Ch)
 {
   return Ch == 0x20 || Ch == 0xA0 || Ch == 0x1361 || Ch == 0x10100 || Ch == 0x10101 || Ch == 0x1039F ||
@@ -254,8 +262,19 @@ TSVGBrowserTextLayout::TSVGBrowserTextLayout(TSVGText &Root) : FRoot(Root)
 
 bool TSVGBrowserTextLayout::Handles(const TSVGText &Root)
 {
-  // Vertical text keeps the documented placement.
-  return !Root.IsVertical();
+  // Vertical text along a path keeps the documented placement.
+  if (!Root.IsVertical())
+    return true;
+  std::vector<const TSVGElement *> Pending{&Root};
+  while (!Pending.empty()) {
+    const TSVGElement *E = Pending.back();
+    Pending.pop_back();
+    if (dynamic_cast<const TSVGTextPath *>(E))
+      return false;
+    for (int I = 0; I < E->Count(); ++I)
+      Pending.push_back((*E)[I]);
+  }
+  return true;
 }
 
 void TSVGBrowserTextLayout::Run()
@@ -525,23 +544,52 @@ void TSVGBrowserTextLayout::LayOutChunk(int Start, int End)
   }
   const float ChunkX = First.X ? *First.X : FLastX;
   const float ChunkY = First.Y ? *First.Y : FLastY;
+  const bool Vertical = FRoot.IsVertical();
   for (TCluster &C : Clusters) {
     const TChar &Char = FChars[std::size_t(C.Char)];
-    X += Char.DX;
-    Y += Char.DY;
+    // Vertical text is laid out as a line and turned a quarter: dx runs down, dy leftwards.
+    X += Vertical ? Char.DY : Char.DX;
+    Y += Vertical ? -Char.DX : Char.DY;
     C.RelativeShift = Char.DX != 0 || Char.DY != 0;
     C.Transform.translate(X, Y);
+    if (Vertical && !IsUpright(Char.Code)) {
+      // Sideways glyphs sit on the central baseline, as browsers place them.
+      const TStyle &S = StyleOf(Char);
+      const TVXFontMetrics &M = S.Face->Metrics();
+      C.Transform.translate(0, (M.Ascent + M.Descent) * Scale(*S.Face, S.Size) / 2);
+    }
     if (Char.Rotate && *Char.Rotate != 0) {
       C.Transform.rotate(*Char.Rotate);
       C.RelativeShift = true;
     }
     X += C.Advance;
   }
-  FLastX = float(ChunkX + X);
-  FLastY = float(ChunkY + Y);
-  for (TCluster &C : Clusters)
-    C.Transform *= QTransform::fromTranslate(ChunkX, ChunkY);
-  EmitOutlines(Clusters, false);
+  if (!Vertical) {
+    FLastX = float(ChunkX + X);
+    FLastY = float(ChunkY + Y);
+    for (TCluster &C : Clusters)
+      C.Transform *= QTransform::fromTranslate(ChunkX, ChunkY);
+    EmitOutlines(Clusters, false);
+    return;
+  }
+  FLastX = float(ChunkX + Y);
+  FLastY = float(ChunkY + X);
+  for (TCluster &C : Clusters) {
+    const TChar &Char = FChars[std::size_t(C.Char)];
+    const TStyle &S = StyleOf(Char);
+    if (IsUpright(Char.Code)) {
+      // Upright glyphs turn back a quarter about the middle of their advance.
+      const double Width = C.Width, Height = (S.Face->Metrics().Ascent - S.Face->Metrics().Descent) * Scale(*S.Face, S.Size);
+      QTransform Upright;
+      Upright.translate(Width / 2, 0);
+      Upright.rotate(-90);
+      Upright.translate(-Width / 2, -(Width - Height));
+      C.GlyphTransform = Upright;
+    }
+    C.Transform *= QTransform::fromTranslate(0, S.BaselineOffset) * QTransform().rotate(90) *
+                   QTransform::fromTranslate(ChunkX, ChunkY);
+  }
+  EmitOutlines(Clusters, true);
 }
 
 void TSVGBrowserTextLayout::EmitOutlines(const std::vector<TCluster> &Clusters, bool OnPath)
@@ -562,7 +610,7 @@ void TSVGBrowserTextLayout::EmitOutlines(const std::vector<TCluster> &Clusters, 
     for (const TVXShapedGlyph *G : C.Glyphs) {
       const double Sc = Scale(*G->Face, S.Size);
       const QTransform Place = QTransform(Sc, 0, 0, Sc, (Pen + G->XOffset) * Sc, -G->YOffset * Sc) *
-                               QTransform::fromScale(C.XScale, 1) * C.Transform * Chunk;
+                               C.GlyphTransform * QTransform::fromScale(C.XScale, 1) * C.Transform * Chunk;
       Path.addPath(Place.map(G->Face->GlyphOutline(G->Glyph)));
       Pen += G->XAdvance;
     }

@@ -27,7 +27,8 @@ public:
   explicit TSVGBrowserTextLayout(TSVGText &Root);
   // Builds the outlines into the shapes of the text tree (which the caller has emptied).
   void Run();
-  // Whether a text tree is one this road lays out; the rest keep the documented layout for now.
+  // Whether a text tree is one this road lays out; vertical text on a path keeps the documented
+  // layout.
   static bool Handles(const TSVGText &Root);
 
 private:
@@ -72,6 +73,8 @@ private:
     bool Hidden = false;
     // The horizontal stretch of lengthAdjust="spacingAndGlyphs".
     float XScale = 1;
+    // Turns the glyphs within the cluster (upright glyphs of vertical text).
+    QTransform GlyphTransform;
     QTransform Transform;
     std::vector<const TVXShapedGlyph *> Glyphs;
   };
