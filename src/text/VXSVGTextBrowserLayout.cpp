@@ -161,6 +161,15 @@ TSVGAlignmentBaseline DominantAsAlignment(TSVGDominantBaseline Dominant)
   }
 }
 
+// Browsers inherit dominant-baseline: the nearest text element that names one decides.
+TSVGDominantBaseline InheritedDominantBaseline(const TSVGCustomText &Element)
+{
+  for (const TSVGCustomText *E = &Element; E; E = E->TextParent())
+    if (const TSVGDominantBaseline Value = E->GetDominantBaseline(); Value != dbNone && Value != dbAuto)
+      return Value;
+  return dbAuto;
+}
+
 // Baseline shifts add up from the element through its text ancestors (below the text element).
 double BaselineShiftOf(TSVGCustomText &Owner, const TVXFontMetrics &M, double Scale)
 {
@@ -451,7 +460,7 @@ const TSVGBrowserTextLayout::TStyle &TSVGBrowserTextLayout::StyleOf(TSVGCustomTe
                                       ? abAuto
                                       : Owner->GetAlignmentBaseline();
   if (Alignment == abNone || Alignment == abAuto || Alignment == abBaseline)
-    Alignment = DominantAsAlignment(Owner->GetDominantBaseline());
+    Alignment = DominantAsAlignment(InheritedDominantBaseline(*Owner));
   Style.BaselineOffset = float(AlignmentShift(Alignment, M, S) - BaselineShiftOf(*Owner, M, S));
   return FStyles.emplace(std::pair<const TSVGCustomText *, bool>{Owner, false}, Style).first->second;
 }
