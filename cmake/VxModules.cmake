@@ -44,8 +44,8 @@ function(vx_test name folder)
   target_link_libraries(${name} PRIVATE ${VX_TEST_SUPPORT} GTest::gtest ${ARGN})
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   # Each test case is a test of its own, so that ctest lists and reruns them one by one. The test
-  # main finds the data folders and the headless platform itself.
-  # VX_TEST_ENVIRONMENT, when set by the caller, is added to the environment of every case.
+  # main finds the data folders and the headless platform itself; VX_TEST_ENVIRONMENT may name one
+  # more variable.
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
                        PROPERTIES TIMEOUT 600 LABELS ${name} ENVIRONMENT "${VX_TEST_ENVIRONMENT}")
 endfunction()

@@ -44,6 +44,20 @@ void AddDeclarations(TSVGStyle &Into, const TSVGStyle &From, bool Important)
   }
 }
 
+// Properties that only style sheets and the style attribute set: an attribute of that name is no
+// declaration.
+bool IsStyleOnlyProperty(const QString &Name)
+{
+  return Name == QLatin1String("mix-blend-mode") || Name == QLatin1String("isolation");
+}
+
+void AddAttributeDeclarations(TSVGStyle &Into, const TSVGStyle &Attributes)
+{
+  for (int I = 0; I < Attributes.Count(); ++I)
+    if (!IsStyleOnlyProperty(Attributes.Names(I)))
+      Into.SetValues(Attributes.Names(I), Attributes.ValueFromIndex(I));
+}
+
 } // namespace
 
 TMatrix TSVGGraphicElement::LoadTransform(const QString &Text) const
@@ -70,7 +84,7 @@ void TSVGGraphicElement::ApplyCascadedStyles(const TVXStringObjectHashTable<TSVG
   // The element's own style holds its attributes, and the style attribute's text under "style".
   const TSVGStyle StyleAttribute(QString(), FStyle.Values(QStringLiteral("style")));
   TSVGStyle Cascaded;
-  AddDeclarations(Cascaded, FStyle, false);
+  AddAttributeDeclarations(Cascaded, FStyle);
   for (const bool Important : {false, true}) {
     for (const auto &Rule : Rules)
       AddDeclarations(Cascaded, *Rule.second, Important);
