@@ -33,7 +33,8 @@ void TSVGGraphicElement::DoLoadFromXML(const IXMLNode &Node)
   // The font size comes first: the lengths below may be in em.
   const float ParentSize = FGraphicParent ? FGraphicParent->FFont->GetSize() : FFont->GetSize();
   bool Flag = FInherits.Value().Contains(ipFontSize);
-  FFont->SetSize(ParseFontSize(FStyle.StyleProp(ipFontSize), FFont->GetSize(), ParentSize, Flag, GetUnitFactors()));
+  FFont->SetSize(
+    ParseFontSize(FStyle.StyleProp(ipFontSize), FFont->GetSize(), ParentSize, Flag, FontSizeFactors(ParentSize)));
   FInherits.SetSet(ipFontSize, Flag);
   FX.reset(ParsePercent(Node, QStringLiteral("x"), FX.release(), 0, 1));
   FY.reset(ParsePercent(Node, QStringLiteral("y"), FY.release(), 0, 1));
@@ -198,6 +199,17 @@ void TSVGGraphicElement::ApplyStrokeWidthStyle(const QString &Text, const TSVGUn
   FInherits.SetSet(ipStrokeWidth, Flag);
 }
 
+TSVGUnitFactors TSVGGraphicElement::FontSizeFactors(float ParentSize) const
+{
+  TSVGUnitFactors Result = GetUnitFactors();
+  if (FollowsStandardSVG()) {
+    // A percentage and an ex of font-size are of the parent's size (an ex taken as half of it).
+    Result[suPercent] = ParentSize / 100;
+    Result[suFontXHeight] = ParentSize / 2;
+  }
+  return Result;
+}
+
 void TSVGGraphicElement::ApplyFontStyle(const TSVGStyle &Style, const TSVGUnitFactors &Factors)
 {
   bool Flag = FInherits.Value().Contains(ipFontFamily);
@@ -206,7 +218,8 @@ void TSVGGraphicElement::ApplyFontStyle(const TSVGStyle &Style, const TSVGUnitFa
 
   Flag = FInherits.Value().Contains(ipFontSize);
   const float ParentSize = FGraphicParent ? FGraphicParent->GetFont().GetSize() : FFont->GetSize();
-  FFont->SetSize(ParseFontSize(Style.StyleProp(ipFontSize), FFont->GetSize(), ParentSize, Flag, Factors));
+  FFont->SetSize(ParseFontSize(Style.StyleProp(ipFontSize), FFont->GetSize(), ParentSize, Flag,
+                               FollowsStandardSVG() ? FontSizeFactors(ParentSize) : Factors));
   FInherits.SetSet(ipFontSize, Flag);
 
   Flag = FInherits.Value().Contains(ipFontStyle);

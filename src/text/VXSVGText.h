@@ -122,9 +122,8 @@ public:
   // The text is drawn by the canvas's text output instead of as outlines.
   virtual bool IsFillingText() const;
   // Standard road: the text tree is shaped and placed as browsers do (VXSVGTextBrowserLayout.cpp),
-  // white space is kept as written for the layout to process across spans, and the box of the text
-  // is that of its glyphs. Documented road: characters measured one by one, text cleaned at load,
-  // the box standing on the baseline.
+  // and white space is kept as written for the layout to process across spans. Documented road:
+  // characters measured one by one and text cleaned at load.
   bool LaysOutAsBrowsers() const { return FollowsStandardSVG(); }
 
   // --- the running pen of one layout pass ---

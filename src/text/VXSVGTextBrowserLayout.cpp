@@ -161,6 +161,15 @@ TSVGAlignmentBaseline DominantAsAlignment(TSVGDominantBaseline Dominant)
   }
 }
 
+// Browsers inherit dominant-baseline: the nearest text element that names one decides.
+TSVGDominantBaseline InheritedDominantBaseline(const TSVGCustomText &Element)
+{
+  for (const TSVGCustomText *E = &Element; E; E = E->TextParent())
+    if (const TSVGDominantBaseline Value = E->GetDominantBaseline(); Value != dbNone && Value != dbAuto)
+      return Value;
+  return dbAuto;
+}
+
 // Baseline shifts add up from the element through its text ancestors (below the text element).
 double BaselineShiftOf(TSVGCustomText &Owner, const TVXFontMetrics &M, double Scale)
 {
@@ -188,6 +197,14 @@ double BaselineShiftOf(TSVGCustomText &Owner, const TVXFontMetrics &M, double Sc
     }
   }
   return Up;
+}
+
+// Characters that stand upright in vertical text: the scripts and symbols of East Asia.
+bool IsUpright(char32_t Ch)
+{
+  return (Ch >= 0x1100 && Ch <= 0x11FF) || (Ch >= 0x2E80 && Ch <= 0xA4CF) || (Ch >= 0xAC00 && Ch <= 0xD7AF) ||
+         (Ch >= 0xF900 && Ch <= 0xFAFF) || (Ch >= 0xFE30 && Ch <= 0xFE4F) || (Ch >= 0xFF00 && Ch <= 0xFFEF) ||
+         (Ch >= 0x1F000 && Ch <= 0x1FAFF) || (Ch >= 0x20000 && Ch <= 0x3FFFD);
 }
 
 bool IsWordSeparator(char32_t Ch)
@@ -254,8 +271,19 @@ TSVGBrowserTextLayout::TSVGBrowserTextLayout(TSVGText &Root) : FRoot(Root)
 
 bool TSVGBrowserTextLayout::Handles(const TSVGText &Root)
 {
-  // Vertical text keeps the documented placement.
-  return !Root.IsVertical();
+  // Vertical text along a path keeps the documented placement.
+  if (!Root.IsVertical())
+    return true;
+  std::vector<const TSVGElement *> Pending{&Root};
+  while (!Pending.empty()) {
+    const TSVGElement *E = Pending.back();
+    Pending.pop_back();
+    if (dynamic_cast<const TSVGTextPath *>(E))
+      return false;
+    for (int I = 0; I < E->Count(); ++I)
+      Pending.push_back((*E)[I]);
+  }
+  return true;
 }
 
 void TSVGBrowserTextLayout::Run()
@@ -306,6 +334,10 @@ void TSVGBrowserTextLayout::Collect(TSVGCustomText &Element, TSVGTextPath *Path)
     Char.Owner = &Element;
     Char.Preserve = Preserve;
     Char.Path = Path;
+    if (Element.GetFont().GetFontVariant() == fvSmallCaps && QChar::isLower(Code) && !StyleOf(&Element).SmallCaps) {
+      Char.Code = QChar::toUpper(Code);
+      Char.SmallCap = true;
+    }
     FChars.push_back(Char);
   }
   for (int I = 0; I < Element.Count(); ++I)
@@ -377,9 +409,22 @@ void TSVGBrowserTextLayout::ResolvePositions()
 
 // --- styles ------------------------------------------------------------------------------------
 
+const TSVGBrowserTextLayout::TStyle &TSVGBrowserTextLayout::StyleOf(const TChar &Char)
+{
+  if (!Char.SmallCap)
+    return StyleOf(Char.Owner);
+  const std::pair<const TSVGCustomText *, bool> Key{Char.Owner, true};
+  if (auto It = FStyles.find(Key); It != FStyles.end())
+    return It->second;
+  // Small capitals the font lacks are capitals at the size browsers make them.
+  TStyle Style = StyleOf(Char.Owner);
+  Style.Size *= 0.7f;
+  return FStyles.emplace(Key, Style).first->second;
+}
+
 const TSVGBrowserTextLayout::TStyle &TSVGBrowserTextLayout::StyleOf(TSVGCustomText *Owner)
 {
-  if (auto It = FStyles.find(Owner); It != FStyles.end())
+  if (auto It = FStyles.find({Owner, false}); It != FStyles.end())
     return It->second;
   TSVGFont &Font = Owner->GetFont();
   TStyle Style;
@@ -415,9 +460,9 @@ const TSVGBrowserTextLayout::TStyle &TSVGBrowserTextLayout::StyleOf(TSVGCustomTe
                                       ? abAuto
                                       : Owner->GetAlignmentBaseline();
   if (Alignment == abNone || Alignment == abAuto || Alignment == abBaseline)
-    Alignment = DominantAsAlignment(Owner->GetDominantBaseline());
+    Alignment = DominantAsAlignment(InheritedDominantBaseline(*Owner));
   Style.BaselineOffset = float(AlignmentShift(Alignment, M, S) - BaselineShiftOf(*Owner, M, S));
-  return FStyles.emplace(Owner, Style).first->second;
+  return FStyles.emplace(std::pair<const TSVGCustomText *, bool>{Owner, false}, Style).first->second;
 }
 
 // --- chunks ------------------------------------------------------------------------------------
@@ -433,7 +478,7 @@ void TSVGBrowserTextLayout::LayOutChunk(int Start, int End)
     const int Unit = int(Text.size());
     AppendCode(Text, C.Code);
     CharOfUnit.resize(std::size_t(Text.size()), I);
-    const TStyle &S = StyleOf(C.Owner);
+    const TStyle &S = StyleOf(C);
     TVXShapeRun *Last = Runs.empty() ? nullptr : &Runs.back();
     if (Last && Last->Face == S.Face && Last->Kerning == S.Kerning && Last->SmallCaps == S.SmallCaps &&
         Last->Query.Key() == S.Query.Key()) {
@@ -462,13 +507,13 @@ void TSVGBrowserTextLayout::LayOutChunk(int Start, int End)
     }
     TCluster &C = Clusters.back();
     C.Glyphs.push_back(&G);
-    const TStyle &S = StyleOf(FChars[std::size_t(Char)].Owner);
+    const TStyle &S = StyleOf(FChars[std::size_t(Char)]);
     C.Width += float(G.XAdvance * Scale(*G.Face, S.Size));
   }
   for (std::size_t I = 0; I < Clusters.size(); ++I) {
     TCluster &C = Clusters[I];
     const TChar &Char = FChars[std::size_t(C.Char)];
-    const TStyle &S = StyleOf(Char.Owner);
+    const TStyle &S = StyleOf(Char);
     C.Advance = C.Width;
     // No spacing after the last cluster: it would move the anchor and the box.
     if (I + 1 < Clusters.size() && TakesLetterSpacing(Char.Code))
@@ -508,23 +553,52 @@ void TSVGBrowserTextLayout::LayOutChunk(int Start, int End)
   }
   const float ChunkX = First.X ? *First.X : FLastX;
   const float ChunkY = First.Y ? *First.Y : FLastY;
+  const bool Vertical = FRoot.IsVertical();
   for (TCluster &C : Clusters) {
     const TChar &Char = FChars[std::size_t(C.Char)];
-    X += Char.DX;
-    Y += Char.DY;
+    // Vertical text is laid out as a line and turned a quarter: dx runs down, dy leftwards.
+    X += Vertical ? Char.DY : Char.DX;
+    Y += Vertical ? -Char.DX : Char.DY;
     C.RelativeShift = Char.DX != 0 || Char.DY != 0;
     C.Transform.translate(X, Y);
+    if (Vertical && !IsUpright(Char.Code)) {
+      // Sideways glyphs sit on the central baseline, as browsers place them.
+      const TStyle &S = StyleOf(Char);
+      const TVXFontMetrics &M = S.Face->Metrics();
+      C.Transform.translate(0, (M.Ascent + M.Descent) * Scale(*S.Face, S.Size) / 2);
+    }
     if (Char.Rotate && *Char.Rotate != 0) {
       C.Transform.rotate(*Char.Rotate);
       C.RelativeShift = true;
     }
     X += C.Advance;
   }
-  FLastX = float(ChunkX + X);
-  FLastY = float(ChunkY + Y);
-  for (TCluster &C : Clusters)
-    C.Transform *= QTransform::fromTranslate(ChunkX, ChunkY);
-  EmitOutlines(Clusters, false);
+  if (!Vertical) {
+    FLastX = float(ChunkX + X);
+    FLastY = float(ChunkY + Y);
+    for (TCluster &C : Clusters)
+      C.Transform *= QTransform::fromTranslate(ChunkX, ChunkY);
+    EmitOutlines(Clusters, false);
+    return;
+  }
+  FLastX = float(ChunkX + Y);
+  FLastY = float(ChunkY + X);
+  for (TCluster &C : Clusters) {
+    const TChar &Char = FChars[std::size_t(C.Char)];
+    const TStyle &S = StyleOf(Char);
+    if (IsUpright(Char.Code)) {
+      // Upright glyphs turn back a quarter about the middle of their advance.
+      const double Width = C.Width, Height = (S.Face->Metrics().Ascent - S.Face->Metrics().Descent) * Scale(*S.Face, S.Size);
+      QTransform Upright;
+      Upright.translate(Width / 2, 0);
+      Upright.rotate(-90);
+      Upright.translate(-Width / 2, -(Width - Height));
+      C.GlyphTransform = Upright;
+    }
+    C.Transform *= QTransform::fromTranslate(0, S.BaselineOffset) * QTransform().rotate(90) *
+                   QTransform::fromTranslate(ChunkX, ChunkY);
+  }
+  EmitOutlines(Clusters, true);
 }
 
 void TSVGBrowserTextLayout::EmitOutlines(const std::vector<TCluster> &Clusters, bool OnPath)
@@ -534,7 +608,7 @@ void TSVGBrowserTextLayout::EmitOutlines(const std::vector<TCluster> &Clusters, 
   std::vector<TSVGCustomText *> Owners;
   for (const TCluster &C : Clusters) {
     TSVGCustomText *Owner = FChars[std::size_t(C.Char)].Owner;
-    const TStyle &S = StyleOf(Owner);
+    const TStyle &S = StyleOf(FChars[std::size_t(C.Char)]);
     if (std::find(Owners.begin(), Owners.end(), Owner) == Owners.end())
       Owners.push_back(Owner);
     if (!(S.Size > 0) || C.Hidden)
@@ -545,7 +619,7 @@ void TSVGBrowserTextLayout::EmitOutlines(const std::vector<TCluster> &Clusters, 
     for (const TVXShapedGlyph *G : C.Glyphs) {
       const double Sc = Scale(*G->Face, S.Size);
       const QTransform Place = QTransform(Sc, 0, 0, Sc, (Pen + G->XOffset) * Sc, -G->YOffset * Sc) *
-                               QTransform::fromScale(C.XScale, 1) * C.Transform * Chunk;
+                               C.GlyphTransform * QTransform::fromScale(C.XScale, 1) * C.Transform * Chunk;
       Path.addPath(Place.map(G->Face->GlyphOutline(G->Glyph)));
       Pen += G->XAdvance;
     }

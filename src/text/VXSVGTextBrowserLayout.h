@@ -27,7 +27,8 @@ public:
   explicit TSVGBrowserTextLayout(TSVGText &Root);
   // Builds the outlines into the shapes of the text tree (which the caller has emptied).
   void Run();
-  // Whether a text tree is one this road lays out; the rest keep the documented layout for now.
+  // Whether a text tree is one this road lays out; vertical text on a path keeps the documented
+  // layout.
   static bool Handles(const TSVGText &Root);
 
 private:
@@ -40,6 +41,8 @@ private:
     std::optional<float> X, Y;
     float DX = 0, DY = 0;
     std::optional<float> Rotate;
+    // A lower-case letter drawn as a smaller capital, for fonts without small capitals.
+    bool SmallCap = false;
     // The text path the character flows along, if any.
     TSVGTextPath *Path = nullptr;
   };
@@ -70,6 +73,8 @@ private:
     bool Hidden = false;
     // The horizontal stretch of lengthAdjust="spacingAndGlyphs".
     float XScale = 1;
+    // Turns the glyphs within the cluster (upright glyphs of vertical text).
+    QTransform GlyphTransform;
     QTransform Transform;
     std::vector<const TVXShapedGlyph *> Glyphs;
   };
@@ -110,6 +115,7 @@ private:
   // The outlines and decorations of placed clusters into the paths of their elements.
   void EmitOutlines(const std::vector<TCluster> &Clusters, bool OnPath);
   const TStyle &StyleOf(TSVGCustomText *Owner);
+  const TStyle &StyleOf(const TChar &Char);
   QPainterPath &PathOf(TSVGCustomText *Owner);
   void AddDecorations(TSVGCustomText *Owner, const TStyle &Style, const std::vector<TCluster> &Clusters,
                       const QTransform &ChunkTransform);
@@ -118,7 +124,8 @@ private:
   std::vector<TChar> FChars;
   std::vector<TRange> FRanges;
   std::vector<std::pair<TSVGCustomText *, QPainterPath>> FPaths;
-  std::map<const TSVGCustomText *, TStyle> FStyles;
+  // By element, and whether for its synthesized small capitals.
+  std::map<std::pair<const TSVGCustomText *, bool>, TStyle> FStyles;
   std::map<const TSVGTextPath *, TFlowPath> FFlowPaths;
   // The pen after the last chunk.
   float FLastX = 0, FLastY = 0;

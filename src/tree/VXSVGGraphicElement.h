@@ -159,6 +159,9 @@ public:
   virtual void SetHeight(float Value);
 
   TSVGUnitFactors GetUnitFactors() const override;
+  // The unit factors of font-size: the documented ones, or in standard mode percent and ex of
+  // ParentSize.
+  TSVGUnitFactors FontSizeFactors(float ParentSize) const;
 
   // --- bounds and baking ---
   TRectF GetBoundsRect() const override;
