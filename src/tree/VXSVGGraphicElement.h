@@ -363,6 +363,11 @@ private:
   void ApplyStrokeWidthStyle(const QString &Text, const TSVGUnitFactors &Factors);
   void ApplyFontStyle(const TSVGStyle &Style, const TSVGUnitFactors &Factors);
   void ApplyMarkerStyle(const TSVGStyle &Style);
+  // Standard mode keeps dashes of length 0 (dots with round caps); documented, they turn dashing off.
+  bool KeepsZeroLengthDashes() const;
+  // The cap of each dash for a stroke-linecap: standard mode the same cap, documented square dashes
+  // end flat.
+  TVXGPLineCap DashCap(TVXGPLineCap Cap) const;
 
   TSVGGraphicElement *FGraphicParent = nullptr;
 };

@@ -91,4 +91,24 @@ TEST_F(StandardStroke, MarkerOrientation)
   }
 }
 
+TEST_F(StandardStroke, DashArrays)
+{
+  const TModeCase Cases[] = {
+    // Documented, an entry of 0 turns dashing off; standard draws the caps of empty dashes as dots.
+    {"dashes of no length with round caps",
+     "<line x1='5' y1='20' x2='35' y2='20' stroke='blue' stroke-width='6' stroke-linecap='round' "
+     "stroke-dasharray='0 10'/>",
+     {{15, 20, Blue}, {10, 20, Blue}},
+     {{15, 20, Blue}, {10, 20, NoColor}}},
+    // Documented, square caps of dashes end flat.
+    {"square caps on dashes",
+     "<line x1='5' y1='20' x2='35' y2='20' stroke='blue' stroke-width='4' stroke-linecap='square' "
+     "stroke-dasharray='4 8'/>",
+     {{10, 20, NoColor}, {7, 20, Blue}},
+     {{10, 20, Blue}, {12, 20, NoColor}}},
+  };
+  for (const TModeCase &Case : Cases)
+    Check(Case);
+}
+
 } // namespace
