@@ -111,4 +111,23 @@ TEST_F(StandardStroke, DashArrays)
     Check(Case);
 }
 
+TEST_F(StandardStroke, ShapeRadii)
+{
+  const TModeCase Cases[] = {
+    {"a negative circle radius", "<circle cx='20' cy='20' r='-10' fill='blue'/>",
+     {{20, 20, Blue}, {20, 12, Blue}},
+     {{20, 20, NoColor}}},
+    // Documented, an ellipse without rx has no width; standard takes rx from ry.
+    {"an ellipse without rx", "<ellipse cx='20' cy='20' ry='10' fill='blue'/>",
+     {{20, 20, NoColor}},
+     {{20, 20, Blue}, {12, 20, Blue}, {8, 20, NoColor}}},
+    // Documented, a negative rx becomes 0: square corners. Standard reads it as missing: ry's radius.
+    {"a rect with a negative rx", "<rect x='5' y='5' width='30' height='30' rx='-10' ry='10' fill='blue'/>",
+     {{6, 6, Blue}},
+     {{6, 6, NoColor}, {20, 20, Blue}}},
+  };
+  for (const TModeCase &Case : Cases)
+    Check(Case);
+}
+
 } // namespace
