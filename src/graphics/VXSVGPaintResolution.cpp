@@ -64,6 +64,8 @@ void TSVGGraphicElement::MergeInheritedBrush(const TMatrix &Matrix, const TRectF
     if (Inherited.Contains(ipFillOpacity))
       FBrush->SetOpacity(ParentBrush.GetOpacity());
   }
+  if (PaintKeyword(ipFill) == pkCurrentColor)
+    FBrush->SetColor(GetColor());
   ApplyPaintServer(URI, *FBrush, Matrix, Rect);
 }
 
@@ -125,6 +127,8 @@ TSVGPen &TSVGGraphicElement::GetPen(const TMatrix &Matrix, const TRectF &Rect)
   if (FPenChanged) {
     TSilentChange<TSVGPen> Silent(*FPen);
     MergeInheritedPen();
+    if (PaintKeyword(ipStroke) == pkCurrentColor)
+      FPen->SetColor(GetColor());
     TVXGPBrush &Inner = FPen->GetBrush();
     const TVXGPBrushKind Before = Inner.GetKind();
     Inner.SetKind(bkNone);

@@ -27,7 +27,9 @@ void TSVGGraphicElement::DoLoadFromXML(const IXMLNode &Node)
 {
   TSVGElement::DoLoadFromXML(Node);
   FStyle.LoadFromXML(Node);
-  FPreferredStyles.SetValue(FStyle.AddStyle(ParseAttrString(Node, QStringLiteral("style"))));
+  const QString StyleText = ParseAttrString(Node, QStringLiteral("style"));
+  FPreferredStyles.SetValue(FStyle.AddStyle(StyleText));
+  ReadCompositingStyle(StyleText);
   // The font size comes first: the lengths below may be in em.
   const float ParentSize = FGraphicParent ? FGraphicParent->FFont->GetSize() : FFont->GetSize();
   bool Flag = FInherits.Value().Contains(ipFontSize);
@@ -37,7 +39,7 @@ void TSVGGraphicElement::DoLoadFromXML(const IXMLNode &Node)
   FY.reset(ParsePercent(Node, QStringLiteral("y"), FY.release(), 0, 1));
   FWidth.reset(ParsePercent(Node, QStringLiteral("width"), FWidth.release(), 0, 1));
   FHeight.reset(ParsePercent(Node, QStringLiteral("height"), FHeight.release(), 0, 1));
-  FMatrix = ParseTransformation(ParseAttrString(Node, QStringLiteral("transform")));
+  FMatrix = LoadTransform(ParseAttrString(Node, QStringLiteral("transform")));
 }
 
 void TSVGGraphicElement::ApplyStyles()
@@ -49,6 +51,10 @@ void TSVGGraphicElement::ApplyStyles()
 
 void TSVGGraphicElement::ApplyMatchingStyles(const TVXStringObjectHashTable<TSVGStyle> *Sheet)
 {
+  if (CascadesAsCSS()) {
+    ApplyCascadedStyles(Sheet);
+    return;
+  }
   TPriorityList Styles;
   Styles.Add(&FStyle, InlineStylePriority);
   if (Sheet) {
@@ -80,12 +86,18 @@ void TSVGGraphicElement::ApplyStyle(const TSVGStyle &Style)
     FInherits.SetSet(Property, Flag);
   };
 
+  auto ParseOpacity = [this](const QString &S, float Default, bool &IsInherited) {
+    return ParseOpacityStyle(S, Default, IsInherited);
+  };
+
   bool Flag = true;
-  const QString ColorText = Style.StyleProp(ipColor);
-  FBrush->SetURI(ParseLocalURI(ColorText, FBrush->GetURI(), Flag));
-  FPen->SetURI(ParseLocalURI(ColorText, FPen->GetURI(), Flag));
-  FBrush->SetURI(ParseLocalURI(Style.StyleProp(ipFill), FBrush->GetURI(), Flag));
-  FPen->SetURI(ParseLocalURI(Style.StyleProp(ipStroke), FPen->GetURI(), Flag));
+  if (!ReadsPaintAsCSS()) {
+    const QString ColorText = Style.StyleProp(ipColor);
+    FBrush->SetURI(ParseLocalURI(ColorText, FBrush->GetURI(), Flag));
+    FPen->SetURI(ParseLocalURI(ColorText, FPen->GetURI(), Flag));
+    FBrush->SetURI(ParseLocalURI(Style.StyleProp(ipFill), FBrush->GetURI(), Flag));
+    FPen->SetURI(ParseLocalURI(Style.StyleProp(ipStroke), FPen->GetURI(), Flag));
+  }
 
   Plain(ipVisibility, FVisible, ParseVisible);
   Plain(ipDisplay, FVisible, ParseDisplay);
@@ -99,7 +111,7 @@ void TSVGGraphicElement::ApplyStyle(const TSVGStyle &Style)
   ApplyColorStyle(Style);
   ApplyPaintStyle(Style.StyleProp(ipFill), ipFill, *FBrush);
   ApplyPaintStyle(Style.StyleProp(ipStroke), ipStroke, *FPen);
-  Held(ipFillOpacity, [&] { return FBrush->GetOpacity(); }, [&](float V) { FBrush->SetOpacity(V); }, ParseNumber);
+  Held(ipFillOpacity, [&] { return FBrush->GetOpacity(); }, [&](float V) { FBrush->SetOpacity(V); }, ParseOpacity);
   Plain(ipFillRule, FFillRule, ParseFillRule);
   ApplyLineCapStyle(Style.StyleProp(ipStrokeLinecap));
   Held(ipStrokeMiterLimit, [&] { return FPen->GetMiterLimit(); }, [&](float V) { FPen->SetMiterLimit(V); },
@@ -110,9 +122,9 @@ void TSVGGraphicElement::ApplyStyle(const TSVGStyle &Style)
   ParseDashArray(Style.StyleProp(ipStrokeDasharray), Style.StyleProp(ipStrokeDashOffset), *FPen, Inherits, Factors,
                  KeepsZeroLengthDashes() ? drNonNegativeEntries : drPositiveEntries);
   FInherits.SetValue(Inherits);
-  Held(ipStrokeOpacity, [&] { return FPen->GetOpacity(); }, [&](float V) { FPen->SetOpacity(V); }, ParseNumber);
+  Held(ipStrokeOpacity, [&] { return FPen->GetOpacity(); }, [&](float V) { FPen->SetOpacity(V); }, ParseOpacity);
   Plain(ipVectorEffect, FVectorEffect, ParseVectorEffect);
-  Plain(ipOpacity, FOpacity, ParseNumber);
+  Plain(ipOpacity, FOpacity, ParseOpacity);
   ApplyFontStyle(Style, Factors);
   Plain(ipTextAnchor, FTextAlign, ParseTextAnchor);
   Flag = FInherits.Value().Contains(ipTextDecoration);
@@ -132,6 +144,7 @@ void TSVGGraphicElement::ApplyStyle(const TSVGStyle &Style)
         [&](const QString &S, const TRectF &D, bool &I) { return ParseClipRect(S, D, I, Factors); });
   Plain(ipOverflow, FOverflow, ParseOverflow);
   ApplyMarkerStyle(Style);
+  ApplyCompositingStyle(Style);
 }
 
 bool TSVGGraphicElement::KeepsZeroLengthDashes() const
@@ -141,6 +154,10 @@ bool TSVGGraphicElement::KeepsZeroLengthDashes() const
 
 void TSVGGraphicElement::ApplyColorStyle(const TSVGStyle &Style)
 {
+  if (ReadsPaintAsCSS()) {
+    ApplyCSSColorStyle(Style.StyleProp(ipColor));
+    return;
+  }
   bool IsNone = false;
   bool Flag = FInherits.Value().Contains(ipColor);
   FColor = ParseColor(Style.StyleProp(ipColor), FColor, IsNone, Flag, GetColor());
@@ -152,6 +169,10 @@ void TSVGGraphicElement::ApplyColorStyle(const TSVGStyle &Style)
 template <typename TPaint>
 void TSVGGraphicElement::ApplyPaintStyle(const QString &Text, TSVGStyleProperty Property, TPaint &Paint)
 {
+  if (ReadsPaintAsCSS()) {
+    ApplyCSSPaintStyle(Text, Property, Paint, Property == ipFill ? FFillKeyword : FStrokeKeyword);
+    return;
+  }
   bool IsNone = Paint.GetKind() == bkNone;
   bool Flag = FInherits.Value().Contains(Property);
   Paint.SetColor(ParseColor(Text, Paint.GetColor(), IsNone, Flag, GetColor()));

@@ -225,6 +225,9 @@ bool TSVGDocument::IsValidSVG(bool Thorough, const QString &Text)
 
 void TSVGDocument::ReadStyles(const IXMLNode &Node)
 {
+  const QString Type = Trim(ParseAttrString(Node, QStringLiteral("type")));
+  if (ReadsOnlyCSSStyleSheets() && !Type.isEmpty() && Type != QLatin1String("text/css"))
+    return;
   for (IXMLNode Child = Node.ChildNodes().First(); Child; Child = Child.NextSibling())
     if (Child.NodeType() == ntCData)
       ReadStyles(Child.Text());
@@ -240,7 +243,11 @@ void TSVGDocument::ReadStyles(const QString &Text)
 void TSVGDocument::DoAddStyle(const QString &Selector, const QString &Style)
 {
   auto Rule = std::make_unique<TSVGStyle>(Selector, Style);
-  FStyles.Add(Rule->Name(), Rule.get());
+  Rule->SetOrder(FStyles.Count());
+  const bool Repeated = FStyles.ContainsKey(Rule->Name());
+  FStyles.Add(Repeated && KeepsRepeatedSelectors() ? FStyles.GetUniqueName(Rule->Name(), QStringLiteral("Copy"))
+                                                   : Rule->Name(),
+              Rule.get());
   Rule.release();
 }
 

@@ -95,8 +95,12 @@ public:
   // Reads the rules of a style element (its CDATA sections, or its text) into the rule table.
   virtual void ReadStyles(const IXMLNode &Node);
   virtual void ReadStyles(const QString &Text);
-  // Adds the rule for one selector; a selector that is already in the table fails.
+  // Adds the rule for one selector; a selector that is already in the table fails, unless
+  // KeepsRepeatedSelectors, when the new rule joins the table under a name of its own.
   virtual void DoAddStyle(const QString &Selector, const QString &Style);
+  bool KeepsRepeatedSelectors() const { return FollowsStandardSVG(); }
+  // Whether a style element of another type than text/css is passed over.
+  bool ReadsOnlyCSSStyleSheets() const { return FollowsStandardSVG(); }
   void ApplyStyles() override;
   // Paint servers and markers of the element table, rebuilt when the table has changed.
   const std::vector<TSVGElement *> &Gradients();
@@ -122,6 +126,10 @@ public:
   TSVGColorRendering DefaultColorRendering() const { return FDefaultColorRendering; }
   TSVGTextRendering DefaultTextRendering() const { return FDefaultTextRendering; }
   TSVGColorInterpolation DefaultColorInterpolation() const { return FDefaultColorInterpolation; }
+  void SetDefaultShapeRendering(TSVGShapeRendering Value) { FDefaultShapeRendering = Value; }
+  void SetDefaultColorRendering(TSVGColorRendering Value) { FDefaultColorRendering = Value; }
+  void SetDefaultTextRendering(TSVGTextRendering Value) { FDefaultTextRendering = Value; }
+  void SetDefaultColorInterpolation(TSVGColorInterpolation Value) { FDefaultColorInterpolation = Value; }
 
   // --- conditional processing ---
   using TSVGCustomViewBox::DoShouldDraw;

@@ -194,7 +194,11 @@ void TSVGGraphicElement::SetVisible(bool Value)
 
 TVXGPColor TSVGGraphicElement::GetColor() const
 {
-  return InheritanceSource(ipColor)->FColor;
+  const TSVGGraphicElement *Source = InheritanceSource(ipColor);
+  // Only the standard road tells a colour nobody gave from the field's value.
+  if (ColorStartsBlack() && Source->FInherits.Value().Contains(ipColor))
+    return 0xFF000000;
+  return Source->FColor;
 }
 
 void TSVGGraphicElement::SetColor(TVXGPColor Value)
@@ -334,6 +338,8 @@ void TSVGGraphicElement::SetOpacity(float Value)
 
 float TSVGGraphicElement::GetAbsoluteOpacity() const
 {
+  if (GroupOpacityNeedsLayer())
+    return 1;
   float Result = GetOpacity();
   for (const TSVGGraphicElement *Parent = FGraphicParent; Parent; Parent = Parent->FGraphicParent)
     Result *= Parent->GetOpacity();
@@ -613,6 +619,8 @@ void TSVGGraphicElement::AssignProperties(const TSVGElement *Source)
     FBaselineShift->Assign(Graphic->FBaselineShift.get());
     FVisible = Graphic->FVisible;
     FColor = Graphic->FColor;
+    FFillKeyword = Graphic->FFillKeyword;
+    FStrokeKeyword = Graphic->FStrokeKeyword;
     FCursor = Graphic->FCursor;
     FMatrix = Graphic->FMatrix;
     FClipURI = Graphic->FClipURI;
@@ -622,6 +630,8 @@ void TSVGGraphicElement::AssignProperties(const TSVGElement *Source)
     FFillRule = Graphic->GetFillRule();
     FOpacity = Graphic->GetOpacity();
     FOverflow = Graphic->IsOverflow();
+    FBlendMode = Graphic->FBlendMode;
+    FIsolated = Graphic->FIsolated;
     FMarkerStartURI = Graphic->GetMarkerStartURI();
     FMarkerMidURI = Graphic->GetMarkerMidURI();
     FMarkerEndURI = Graphic->GetMarkerEndURI();
@@ -657,6 +667,10 @@ void TSVGGraphicElement::ResetToDefaults()
   FFillRule = frNonZero;
   FClipRect = TRectF{};
   FOverflow = true;
+  FBlendMode = bmNormal;
+  FIsolated = false;
+  FStyleBlendMode.clear();
+  FStyleIsolation.clear();
   FColorInterpolation = sciSRGB;
   FColorRendering = clrnAuto;
   FTextRendering = txrnAuto;
@@ -680,6 +694,7 @@ void TSVGGraphicElement::ResetToDefaults()
   FMarkerStartURI.clear();
   FMarkerMidURI.clear();
   FMarkerEndURI.clear();
+  FFillKeyword = FStrokeKeyword = pkAbsent;
 }
 
 void TSVGGraphicElement::Clear()

@@ -8,9 +8,11 @@
 // (graphics/VXSVGPresentation.cpp), paint resolution (graphics/VXSVGPaintResolution.cpp) and the
 // draw frame (graphics/VXSVGDrawPipeline.cpp).
 #include "platform/common/VXDictionary.h"
+#include "platform/vectorkit/VXGPLayer.h"
 #include "platform/vectorkit/VXGPPath.h"
 #include "tree/VXSVGElement.h"
 #include "tree/VXSVGStyle.h"
+#include "values/VXSVGCSSValues.h"
 #include "values/VXSVGLength.h"
 #include "values/VXSVGPaint.h"
 #include "values/VXSVGPropertiesSet.h"
@@ -63,8 +65,14 @@ public:
   float GetOpacity() const;
   // Clamped to 0..1; an inherited opacity stays marked inherited.
   void SetOpacity(float Value);
-  // The product of the opacities up the graphic parents.
+  // The opacity folded into each paint: the product of the opacities up the graphic parents, or 1
+  // where the layers of the elements apply their opacities (GroupOpacityNeedsLayer).
   float GetAbsoluteOpacity() const;
+  // mix-blend-mode and isolation, read from style sheets and style attributes only (graphics/VXSVGLayers.cpp).
+  TVXGPBlendMode GetBlendMode() const { return FBlendMode; }
+  void SetBlendMode(TVXGPBlendMode Value);
+  bool IsIsolated() const { return FIsolated; }
+  void SetIsolated(bool Value);
   TSVGShapeRendering GetShapeRendering() const;
   void SetShapeRendering(TSVGShapeRendering Value);
   TSVGTextAlign GetTextAlign() const;
@@ -81,6 +89,17 @@ public:
   QString GetMarkerStartURI() const;
   QString GetMarkerMidURI() const;
   QString GetMarkerEndURI() const;
+
+  // --- the standard road of presentation (graphics/VXSVGCSSPresentation.cpp) ---
+  // Whether color starts black instead of transparent.
+  bool ColorStartsBlack() const { return FollowsStandardSVG(); }
+  // Whether paints, colours and opacities are read as CSS reads them: Color 4 forms, a fallback
+  // behind a reference, percentages, invalid text ignored, currentColor taken where the paint is used.
+  bool ReadsPaintAsCSS() const { return FollowsStandardSVG(); }
+  // Whether styles cascade as CSS: presentation attributes below every rule, rules by specificity
+  // and then by order, the style attribute above them, !important above all; transform and
+  // transform-origin as properties; a transform that cannot be read is ignored.
+  bool CascadesAsCSS() const { return FollowsStandardSVG(); }
 
   // The paints as resolved (inherited pieces merged); outside a load they resolve on first use.
   virtual TSVGBrush &GetBrush();
@@ -229,6 +248,16 @@ protected:
   // Draws the element's own geometry; true when something was drawn, which markers follow.
   virtual bool DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
   virtual void DrawChildren(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
+  // --- layers (graphics/VXSVGLayers.cpp) ---
+  // Whether an element's opacity, blend mode and isolation are applied by drawing it into a layer
+  // of its own, composited once (so overlaps inside do not show), instead of folding the opacities
+  // of the ancestors into each paint.
+  bool GroupOpacityNeedsLayer() const;
+  // The layer the element and its children are drawn into, or nil when it needs none; it is
+  // offscreen only when more than one painted part could overlap, or for a blend or isolation.
+  std::unique_ptr<TVXGPLayer> OpenLayer(TVXGPCanvas &Canvas) const;
+  // Draws Layer (when there is one) onto the canvas with the element's blend mode.
+  void CompositeLayer(TVXGPLayer *Layer) const;
   // Fill, then stroke, of Path transformed by Matrix, with the opacities folded in.
   void DrawPath(const TVXGPPath &Path, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
   void DrawPath(const TVXPathData &Path, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
@@ -368,8 +397,32 @@ private:
   // The cap of each dash for a stroke-linecap: standard mode the same cap, documented square dashes
   // end flat.
   TVXGPLineCap DashCap(TVXGPLineCap Cap) const;
+  void ApplyCSSColorStyle(const QString &Text);
+  void ApplyCascadedStyles(const TVXStringObjectHashTable<TSVGStyle> *Sheet);
+  // The transform and transform-origin that Style names, as the element's matrix.
+  void ApplyTransformStyle(const TSVGStyle &Style);
+  TMatrix LoadTransform(const QString &Text) const;
+  // A paint read as CSS; Keyword keeps what is resolved where the paint is used (currentColor).
+  template <typename TPaint>
+  void ApplyCSSPaintStyle(const QString &Text, TSVGStyleProperty Property, TPaint &Paint, TSVGPaintKeyword &Keyword);
+  // The keyword that the fill (ipFill) or stroke (ipStroke) resolves at use, inherited ones included.
+  TSVGPaintKeyword PaintKeyword(TSVGStyleProperty Property) const;
+  float ParseOpacityStyle(const QString &Text, float Default, bool &IsInherited) const;
 
   TSVGGraphicElement *FGraphicParent = nullptr;
+  // What fill and stroke name that is resolved at use (pkAbsent for a plain paint); standard road only.
+  TSVGPaintKeyword FFillKeyword = pkAbsent;
+  TSVGPaintKeyword FStrokeKeyword = pkAbsent;
+  // Keeps the compositing declarations of the style attribute; presentation attributes of those
+  // names are not honoured.
+  void ReadCompositingStyle(const QString &StyleText);
+  void ApplyCompositingStyle(const TSVGStyle &Style);
+  bool HasSeveralPaintedParts() const;
+
+  TVXGPBlendMode FBlendMode = bmNormal;
+  bool FIsolated = false;
+  // mix-blend-mode and isolation as the style attribute declared them (empty when it did not).
+  QString FStyleBlendMode, FStyleIsolation;
 };
 
 // Rendering modes of the canvas from the presentation keywords.

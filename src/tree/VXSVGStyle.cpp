@@ -200,6 +200,7 @@ void TSVGStyle::Assign(const TPersistent *Source)
       return;
     Updating([&] {
       FName = Style->FName;
+      FOrder = Style->FOrder;
       FValues = Style->FValues;
       FIndex = Style->FIndex;
     });

@@ -31,6 +31,10 @@ public:
   bool Enabled() const { return FEnabled; }
   void SetEnabled(bool Value);
 
+  // The place of a rule in the document's style sheets, which orders rules of equal weight.
+  int Order() const { return FOrder; }
+  void SetOrder(int Value) { FOrder = Value; }
+
   // --- the pairs ---
   int Count() const { return int(FValues.size()); }
   QString Names(int Index) const { return FValues[CheckIndex(Index)].first; }
@@ -96,6 +100,7 @@ private:
   QHash<QString, int> FIndex;
   QString FName;
   bool FEnabled = true;
+  int FOrder = 0;
   int FUpdateCount = 0;
 };
 
