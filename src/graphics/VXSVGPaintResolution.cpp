@@ -202,7 +202,7 @@ void TSVGGraphicElement::SetCanvasPen(TVXGPCanvas &Canvas, const TMatrix &Matrix
   std::vector<float> Dashes = Pen.GetDashArray();
   for (int I = int(Dashes.size()) - 1; I >= 0; --I) {
     const float Value = Dashes[std::size_t(I)] * Scale / Pen.GetThickness();
-    if (Value <= 0)
+    if (Value <= 0 && !KeepsZeroLengthDashes())
       Dashes.pop_back();
     else
       Dashes[std::size_t(I)] = Value;

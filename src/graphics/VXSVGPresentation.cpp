@@ -120,7 +120,8 @@ void TSVGGraphicElement::ApplyStyle(const TSVGStyle &Style)
   Held(ipStrokeLineJoin, [&] { return FPen->GetJoin(); }, [&](TVXGPLineJoin V) { FPen->SetJoin(V); }, ParseLineJoin);
   ApplyStrokeWidthStyle(Style.StyleProp(ipStrokeWidth), Factors);
   TSVGStyleProperties Inherits = FInherits.Value();
-  ParseDashArray(Style.StyleProp(ipStrokeDasharray), Style.StyleProp(ipStrokeDashOffset), *FPen, Inherits, Factors);
+  ParseDashArray(Style.StyleProp(ipStrokeDasharray), Style.StyleProp(ipStrokeDashOffset), *FPen, Inherits, Factors,
+                 KeepsZeroLengthDashes() ? drNonNegativeEntries : drPositiveEntries);
   FInherits.SetValue(Inherits);
   Held(ipStrokeOpacity, [&] { return FPen->GetOpacity(); }, [&](float V) { FPen->SetOpacity(V); }, ParseOpacity);
   Plain(ipVectorEffect, FVectorEffect, ParseVectorEffect);
@@ -146,6 +147,11 @@ void TSVGGraphicElement::ApplyStyle(const TSVGStyle &Style)
   ApplyMarkerStyle(Style);
   ApplyMaskStyle(Style);
   ApplyCompositingStyle(Style);
+}
+
+bool TSVGGraphicElement::KeepsZeroLengthDashes() const
+{
+  return FollowsStandardSVG();
 }
 
 void TSVGGraphicElement::ApplyColorStyle(const TSVGStyle &Style)
@@ -185,8 +191,15 @@ void TSVGGraphicElement::ApplyLineCapStyle(const QString &Text)
   const TVXGPLineCap Cap = ParseLineCap(Text, FPen->GetEndCap(), Flag);
   FPen->SetEndCap(Cap);
   FPen->SetStartCap(Cap);
-  FPen->SetDashCap(Cap == lcRound || Cap == lcTriangle ? Cap : lcFlat);
+  FPen->SetDashCap(DashCap(Cap));
   FInherits.SetSet(ipStrokeLinecap, Flag);
+}
+
+TVXGPLineCap TSVGGraphicElement::DashCap(TVXGPLineCap Cap) const
+{
+  if (FollowsStandardSVG())
+    return Cap;
+  return Cap == lcRound || Cap == lcTriangle ? Cap : lcFlat;
 }
 
 void TSVGGraphicElement::ApplyStrokeWidthStyle(const QString &Text, const TSVGUnitFactors &Factors)

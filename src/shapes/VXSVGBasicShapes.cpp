@@ -1,5 +1,6 @@
 #include "shapes/VXSVGBasicShapes.h"
 
+#include "platform/rtl/VXSysUtils.h"
 #include "platform/vectorkit/VXGPCanvas.h"
 #include "values/VXSVGAttributes.h"
 #include "values/VXSVGNumbers.h"
@@ -78,6 +79,29 @@ void DrawEllipseDirect(TSVGGraphicElement &Element, const TRectF &Bounds, const 
     Canvas.DrawPath(Path, Element.GetPen().GetOpacity() * Opacity);
 }
 
+// Documented, a circle or an ellipse with a negative radius draws as the one of its magnitude; in
+// standard mode a negative radius is an error and the shape draws nothing.
+bool DrawsNegativeRadii(const TSVGElement &Shape)
+{
+  return !Shape.FollowsStandardSVG();
+}
+
+// Standard mode reads a missing, "auto" or negative radius of an ellipse or a rect as the other
+// one; the documented rules keep their own reading.
+bool ResolvesAutoRadii(const TSVGElement &Shape)
+{
+  return Shape.FollowsStandardSVG();
+}
+
+// Whether Node gives Name a usable radius: present, not "auto" and not negative.
+bool HasUsableRadius(const IXMLNode &Node, const QString &Name)
+{
+  if (!Node.HasAttribute(Name))
+    return false;
+  const QString Text = Trim(ParseAttrString(Node, Name));
+  return Text != QLatin1String("auto") && !Text.startsWith(u'-');
+}
+
 // Puts the canvas matrix back on the way out, also by an exception.
 class TCanvasMatrixGuard
 {
@@ -139,7 +163,7 @@ void TSVGCircle::DoLoadFromXML(const IXMLNode &Node)
 bool TSVGCircle::DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)
 {
   const bool Result = TSVGGraphicElement::DoInternalDraw(Matrix, Canvas, Rect);
-  if (!Result)
+  if (!Result && DrawsNegativeRadii(*this))
     DrawEllipseDirect(*this, GetBoundsRect(), Matrix, Canvas);
   return Result;
 }
@@ -165,12 +189,20 @@ void TSVGEllipse::DoLoadFromXML(const IXMLNode &Node)
                      {QStringLiteral("cy"), &FY},
                      {QStringLiteral("rx"), &FWidth},
                      {QStringLiteral("ry"), &FHeight}});
+  if (!ResolvesAutoRadii(*this))
+    return;
+  const bool HasRX = HasUsableRadius(Node, QStringLiteral("rx"));
+  const bool HasRY = HasUsableRadius(Node, QStringLiteral("ry"));
+  if (HasRX && !HasRY)
+    FHeight->Assign(FWidth.get());
+  else if (HasRY && !HasRX)
+    FWidth->Assign(FHeight.get());
 }
 
 bool TSVGEllipse::DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)
 {
   const bool Result = TSVGGraphicElement::DoInternalDraw(Matrix, Canvas, Rect);
-  if (!Result)
+  if (!Result && DrawsNegativeRadii(*this))
     DrawEllipseDirect(*this, GetBoundsRect(), Matrix, Canvas);
   return Result;
 }
@@ -224,8 +256,9 @@ void TSVGRectangle::DoLoadFromXML(const IXMLNode &Node)
   TSVGGraphicElement::DoLoadFromXML(Node);
   // Presence decides, not the value: an absent radius mirrors the present one, after the present
   // one lost its sign and before each is cut to its own half side.
-  const bool HasRX = Node.HasAttribute(QStringLiteral("rx"));
-  const bool HasRY = Node.HasAttribute(QStringLiteral("ry"));
+  const bool Auto = ResolvesAutoRadii(*this);
+  const bool HasRX = Auto ? HasUsableRadius(Node, QStringLiteral("rx")) : Node.HasAttribute(QStringLiteral("rx"));
+  const bool HasRY = Auto ? HasUsableRadius(Node, QStringLiteral("ry")) : Node.HasAttribute(QStringLiteral("ry"));
   if (!HasRX && !HasRY)
     return;
   if (HasRX)

@@ -1,5 +1,6 @@
 #include "structure/VXSVGMarker.h"
 
+#include "platform/rtl/VXSysUtils.h"
 #include "platform/vectorkit/VXGPCanvas.h"
 #include "structure/VXSVGScopes.h"
 #include "values/VXSVGAttributes.h"
@@ -8,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 #include <utility>
 #include <vector>
 
@@ -82,10 +84,33 @@ TMatrix TSVGMarker::CreateAngleTransformation(const TPointF &Point, float Angle)
   return VXMatrixMultiply(CreateTranslateVXMatrix(Point.X, Point.Y), Result);
 }
 
-void TSVGMarker::ConvertToMarkerCoords(const TPointF &Point, float Angle, TMatrix &Matrix, TVXGPCanvas &Canvas,
-                                       TRectF &)
+bool TSVGMarker::PlacesContentsAsBrowsersDo() const
 {
-  const double Stroke = FUnits == muStrokeWidth ? Canvas.Pen().GetThickness() : 1.0;
+  return FollowsStandardSVG();
+}
+
+double TSVGMarker::UnitScale(TVXGPCanvas &Canvas) const
+{
+  return FUnits == muStrokeWidth ? Canvas.Pen().GetThickness() : 1.0;
+}
+
+TMatrix TSVGMarker::DocumentedPlacement(const TPointF &Point, float Angle, TVXGPCanvas &Canvas) const
+{
+  // The view box fills the marker rectangle that stands at the vertex; the contents then move
+  // back by the reference point and turn about the negated reference point. Without a view box
+  // nothing scales: a unit of the contents is a unit of the shape.
+  const double Scale = UnitScale(Canvas);
+  const TRectF Box = VXRect(Point.X, Point.Y, float(Point.X + FMarkerWidth->GetValue() * Scale),
+                            float(Point.Y + FMarkerHeight->GetValue() * Scale));
+  const TPointF Ref{-FRefX->GetValue(), -FRefY->GetValue()};
+  TMatrix Result = GetViewMatrix(Box);
+  Result = VXMatrixMultiply(CreateTranslateVXMatrix(Ref.X, Ref.Y), Result);
+  return VXMatrixMultiply(CreateAngleTransformation(Ref, Angle), Result);
+}
+
+TMatrix TSVGMarker::StandardPlacement(const TPointF &Point, float Angle, TVXGPCanvas &Canvas) const
+{
+  const double Stroke = UnitScale(Canvas);
   const double Width = FMarkerWidth->GetValue() * Stroke;
   const double Height = FMarkerHeight->GetValue() * Stroke;
   // Without a view box a unit of the contents is a marker unit. Only the scale of a view matrix is
@@ -98,12 +123,17 @@ void TSVGMarker::ConvertToMarkerCoords(const TPointF &Point, float Angle, TMatri
     ScaleX = View.m11;
     ScaleY = View.m22;
   }
-  const float RefX = FRefX->GetValue();
-  const float RefY = FRefY->GetValue();
-  TMatrix Placement = CreateTranslateVXMatrix(-RefX, -RefY);
-  Placement = VXMatrixMultiply(Placement, CreateScaleVXMatrix(ScaleX, ScaleY));
-  Placement = VXMatrixMultiply(Placement, CreateRotationVXMatrix(Angle));
-  Placement = VXMatrixMultiply(Placement, CreateTranslateVXMatrix(Point.X, Point.Y));
+  TMatrix Result = CreateTranslateVXMatrix(-FRefX->GetValue(), -FRefY->GetValue());
+  Result = VXMatrixMultiply(Result, CreateScaleVXMatrix(ScaleX, ScaleY));
+  Result = VXMatrixMultiply(Result, CreateRotationVXMatrix(Angle));
+  return VXMatrixMultiply(Result, CreateTranslateVXMatrix(Point.X, Point.Y));
+}
+
+void TSVGMarker::ConvertToMarkerCoords(const TPointF &Point, float Angle, TMatrix &Matrix, TVXGPCanvas &Canvas,
+                                       TRectF &)
+{
+  const TMatrix Placement = PlacesContentsAsBrowsersDo() ? StandardPlacement(Point, Angle, Canvas)
+                                                         : DocumentedPlacement(Point, Angle, Canvas);
   Matrix = VXMatrixMultiply(Placement, Matrix);
 }
 
@@ -155,11 +185,45 @@ bool VertexAngle(const TPointF &P1, const TPointF &P2, const TPointF &P3, float 
 
 } // namespace
 
+bool TSVGMarker::DrawsFixedAngles() const
+{
+  return FollowsStandardSVG();
+}
+
+float TSVGMarker::FixedAngle() const
+{
+  return DrawsFixedAngles() ? FOrientation : 0.0f;
+}
+
+bool TSVGMarker::StartAngle(const TPointF &P1, const TPointF &P2, float &Angle) const
+{
+  Angle = FixedAngle();
+  if (!FAutomaticOrientation)
+    return true;
+  if (!SegmentAngle(P1, P2, Angle))
+    return false;
+  if (FReversedAtStart)
+    Angle += float(std::numbers::pi);
+  return true;
+}
+
+bool TSVGMarker::MidAngle(const TPointF &P1, const TPointF &P2, const TPointF &P3, float &Angle) const
+{
+  Angle = FixedAngle();
+  return !FAutomaticOrientation || VertexAngle(P1, P2, P3, Angle);
+}
+
+bool TSVGMarker::EndAngle(const TPointF &P1, const TPointF &P2, float &Angle) const
+{
+  Angle = FixedAngle();
+  return !FAutomaticOrientation || SegmentAngle(P1, P2, Angle);
+}
+
 void TSVGMarker::DrawStartMarker(TSVGGraphicElement &Element, const TPointF &P1, const TPointF &P2,
                                  const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)
 {
   float Angle = 0;
-  if (!FAutomaticOrientation || SegmentAngle(P1, P2, Angle))
+  if (StartAngle(P1, P2, Angle))
     Draw(Element, P1, Angle, Matrix, Canvas, Rect);
 }
 
@@ -167,7 +231,7 @@ void TSVGMarker::DrawMidMarker(TSVGGraphicElement &Element, const TPointF &P1, c
                                const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)
 {
   float Angle = 0;
-  if (!FAutomaticOrientation || VertexAngle(P1, P2, P3, Angle))
+  if (MidAngle(P1, P2, P3, Angle))
     Draw(Element, P2, Angle, Matrix, Canvas, Rect);
 }
 
@@ -175,7 +239,7 @@ void TSVGMarker::DrawEndMarker(TSVGGraphicElement &Element, const TPointF &P1, c
                                const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)
 {
   float Angle = 0;
-  if (!FAutomaticOrientation || SegmentAngle(P1, P2, Angle))
+  if (EndAngle(P1, P2, Angle))
     Draw(Element, P2, Angle, Matrix, Canvas, Rect);
 }
 
@@ -219,7 +283,7 @@ TSVGGraphicElement *TSVGMarker::StartMarkerAtPos(const TPointF &P1, const TPoint
                                                  TSVGFindOptions Options)
 {
   float Angle = 0;
-  if (FAutomaticOrientation && !SegmentAngle(P1, P2, Angle))
+  if (!StartAngle(P1, P2, Angle))
     return nullptr;
   return MarkerAtPos(P1, Angle, Matrix, Canvas, TestPoint, Rect, Options);
 }
@@ -229,7 +293,7 @@ TSVGGraphicElement *TSVGMarker::MidMarkerAtPos(const TPointF &P1, const TPointF 
                                                const TRectF &Rect, TSVGFindOptions Options)
 {
   float Angle = 0;
-  if (FAutomaticOrientation && !VertexAngle(P1, P2, P3, Angle))
+  if (!MidAngle(P1, P2, P3, Angle))
     return nullptr;
   return MarkerAtPos(P2, Angle, Matrix, Canvas, TestPoint, Rect, Options);
 }
@@ -239,7 +303,7 @@ TSVGGraphicElement *TSVGMarker::EndMarkerAtPos(const TPointF &P1, const TPointF 
                                                TSVGFindOptions Options)
 {
   float Angle = 0;
-  if (FAutomaticOrientation && !SegmentAngle(P1, P2, Angle))
+  if (!EndAngle(P1, P2, Angle))
     return nullptr;
   return MarkerAtPos(P2, Angle, Matrix, Canvas, TestPoint, Rect, Options);
 }
@@ -256,6 +320,7 @@ void TSVGMarker::AssignProperties(const TSVGElement *Source)
     FUnits = Marker->FUnits;
     FOrientation = Marker->FOrientation;
     FAutomaticOrientation = Marker->FAutomaticOrientation;
+    FReversedAtStart = Marker->FReversedAtStart;
   }
   TSVGCustomViewBox::AssignProperties(Source);
 }
@@ -279,12 +344,46 @@ void TSVGMarker::DoLoadFromXML(const IXMLNode &Node)
   ParsePercent(Node, QStringLiteral("markerHeight"), FMarkerHeight.get(), 0.0f, 1.0f);
   ParsePercent(Node, QStringLiteral("markerWidth"), FMarkerWidth.get(), 0.0f, 1.0f);
   FUnits = ParseMarkerUnit(ParseAttrString(Node, QStringLiteral("markerUnits")), FUnits);
-  FOrientation = ParseAngle(ParseAttrString(Node, QStringLiteral("orient")), FOrientation, FAutomaticOrientation);
+  ReadOrientation(ParseAttrString(Node, QStringLiteral("orient")));
   // The rectangle follows the view box, in place (a symbol swaps width and height here).
   FX->SetPixels(FViewBox.X()->GetValue());
   FY->SetPixels(FViewBox.Y()->GetValue());
   FHeight->SetPixels(FViewBox.Height()->GetValue());
   FWidth->SetPixels(FViewBox.Width()->GetValue());
+}
+
+bool TSVGMarker::ReadsCSSAngles() const
+{
+  return FollowsStandardSVG();
+}
+
+void TSVGMarker::ReadOrientation(const QString &Text)
+{
+  if (!ReadsCSSAngles()) {
+    FOrientation = ParseAngle(Text, FOrientation, FAutomaticOrientation);
+    return;
+  }
+  const QString T = Trim(Text);
+  FReversedAtStart = T == QLatin1String("auto-start-reverse");
+  if (T == QLatin1String("auto") || FReversedAtStart) {
+    FAutomaticOrientation = true;
+    return;
+  }
+  // An angle with its unit glued on ("30", "30deg", "40grad", "1.5rad", "0.25turn"); anything
+  // else is invalid and leaves the marker unturned.
+  FAutomaticOrientation = false;
+  FOrientation = 0;
+  struct TAngleUnit { const char *Name; double Radians; };
+  constexpr double Pi = std::numbers::pi;
+  for (const TAngleUnit &U : {TAngleUnit{"deg", Pi / 180}, TAngleUnit{"grad", Pi / 200}, TAngleUnit{"rad", 1.0},
+                              TAngleUnit{"turn", 2 * Pi}, TAngleUnit{"", Pi / 180}}) {
+    const QLatin1String Unit(U.Name);
+    float Number = 0;
+    if (T.endsWith(Unit) && TryStrToFloat(T.left(T.size() - Unit.size()), Number)) {
+      FOrientation = float(Number * U.Radians);
+      return;
+    }
+  }
 }
 
 void TSVGMarker::DoSaveToXML(const IXMLNode &Node)
@@ -303,7 +402,8 @@ void TSVGMarker::DoSaveToXML(const IXMLNode &Node)
   if (FUnits != muNone)
     SaveAttrString(Node, QStringLiteral("markerUnits"), SVGMarkerUnitNames[FUnits], false, true);
   if (FAutomaticOrientation)
-    SaveAttrString(Node, QStringLiteral("orient"), QStringLiteral("auto"), false, true);
+    SaveAttrString(Node, QStringLiteral("orient"),
+                   FReversedAtStart ? QStringLiteral("auto-start-reverse") : QStringLiteral("auto"), false, true);
   else if (FOrientation != 0 && !Compact)
     SaveAttrString(Node, QStringLiteral("orient"), SVGNumberToString(FOrientation, suNone, Format), false, true);
 }

@@ -46,8 +46,8 @@ public:
   void SetMarkerHeight(const TSVGLength &Value) { FMarkerHeight->Assign(&Value); }
   TSVGMarkerUnit Units() const { return FUnits; }
   void SetUnits(TSVGMarkerUnit Value);
-  // A fixed "orient" angle in radians. It is read and written back but never drawn: without
-  // automatic orientation a marker always stands at angle 0.
+  // A fixed "orient" angle in radians. The documented mode reads and writes it back but never
+  // draws it: without automatic orientation a marker stands at angle 0. Standard mode draws it.
   float Orientation() const { return FOrientation; }
   void SetOrientation(float Value);
   bool AutomaticOrientation() const { return FAutomaticOrientation; }
@@ -83,9 +83,9 @@ public:
                                              TVXGPCanvas &Canvas, const TPointF &TestPoint, const TRectF &Rect,
                                              TSVGFindOptions Options);
 
-  // Composes into Matrix the placement at Point: the move of the reference point to the origin, the
-  // scale of the view box into the marker rectangle, the turn by Angle, the move to Point. Rect
-  // comes out as it went in.
+  // Composes into Matrix the placement of the contents at Point turned by Angle (the documented
+  // arithmetic, or in standard mode the reference point on the vertex and the contents scaled by
+  // the stroke width). Rect comes out as it went in.
   void ConvertToMarkerCoords(const TPointF &Point, float Angle, TMatrix &Matrix, TVXGPCanvas &Canvas, TRectF &Rect);
   // The move by Point, the turn by Angle, the move back: a turn about the opposite of Point, which
   // is how it is given the negated reference point.
@@ -105,11 +105,32 @@ protected:
 private:
   // A marker without width or height is not drawn at all.
   bool IsCollapsed() const;
+  // Standard mode: the reference point lands on the vertex and strokeWidth units scale contents
+  // without a view box too. Documented: the marker rectangle stands at the vertex.
+  bool PlacesContentsAsBrowsersDo() const;
+  // The stroke width for strokeWidth units, else 1.
+  double UnitScale(TVXGPCanvas &Canvas) const;
+  TMatrix DocumentedPlacement(const TPointF &Point, float Angle, TVXGPCanvas &Canvas) const;
+  TMatrix StandardPlacement(const TPointF &Point, float Angle, TVXGPCanvas &Canvas) const;
+  // Standard mode draws a fixed "orient" angle; the documented one draws 0.
+  bool DrawsFixedAngles() const;
+  float FixedAngle() const;
+  // The angle of the marker at the start, a vertex or the end; false where an automatic direction
+  // is undefined.
+  bool StartAngle(const TPointF &P1, const TPointF &P2, float &Angle) const;
+  bool MidAngle(const TPointF &P1, const TPointF &P2, const TPointF &P3, float &Angle) const;
+  bool EndAngle(const TPointF &P1, const TPointF &P2, float &Angle) const;
+  // Standard mode reads "orient" as a CSS angle or "auto-start-reverse"; the documented mode
+  // knows "auto" and plain numbers (degrees, or with a separate "rad" or "grad").
+  bool ReadsCSSAngles() const;
+  void ReadOrientation(const QString &Text);
 
   std::unique_ptr<TSVGLength> FRefX, FRefY, FMarkerHeight, FMarkerWidth;
   TSVGMarkerUnit FUnits = muStrokeWidth;
   float FOrientation = 0;
   bool FAutomaticOrientation = false;
+  // "auto-start-reverse" (standard mode): the start marker faces back along the path.
+  bool FReversedAtStart = false;
 };
 
 } // namespace vx

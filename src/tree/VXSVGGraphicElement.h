@@ -432,6 +432,11 @@ private:
   // The mask property, read on the standard road only (it is not inherited).
   void ApplyMaskStyle(const TSVGStyle &Style);
   void PerformStandardClipping(const TMatrix &Matrix, TVXGPCanvas &Canvas);
+  // Standard mode keeps dashes of length 0 (dots with round caps); documented, they turn dashing off.
+  bool KeepsZeroLengthDashes() const;
+  // The cap of each dash for a stroke-linecap: standard mode the same cap, documented square dashes
+  // end flat.
+  TVXGPLineCap DashCap(TVXGPLineCap Cap) const;
   void ApplyCSSColorStyle(const QString &Text);
   void ApplyCascadedStyles(const TVXStringObjectHashTable<TSVGStyle> *Sheet);
   // The transform and transform-origin that Style names, as the element's matrix.

@@ -392,8 +392,24 @@ std::vector<float> ParseDashes(const QString &S, std::vector<bool> &IsPercent, T
   return Result;
 }
 
+namespace {
+
+// Whether Dashes make a pattern under Rule; otherwise the line stays solid.
+bool DrawsDashes(const std::vector<float> &Dashes, TSVGDashRule Rule)
+{
+  double Sum = 0;
+  for (float Dash : Dashes) {
+    if (Rule == drPositiveEntries ? !(Dash > 0) : !(Dash >= 0))
+      return false;
+    Sum += Dash;
+  }
+  return Sum > 0;
+}
+
+} // namespace
+
 void ParseDashArray(const QString &DashArray, const QString &DashOffset, TSVGPen &Pen, TSVGStyleProperties &Inherits,
-                    const TSVGUnitFactors &Factors)
+                    const TSVGUnitFactors &Factors, TSVGDashRule Rule)
 {
   bool Flag = Inherits.Contains(ipStrokeDashOffset);
   ParsePercent(DashOffset, Pen.GetSVGDashOffset(), Flag, 0, 1);
@@ -412,10 +428,8 @@ void ParseDashArray(const QString &DashArray, const QString &DashOffset, TSVGPen
   const std::vector<float> Dashes = ParseDashes(T, IsPercent, Units, Factors, 0, 1);
   if (Dashes.empty())
     return;
-  // One entry of 0 or below turns the whole pattern off: the line stays solid.
-  for (float Dash : Dashes)
-    if (!(Dash > 0))
-      return;
+  if (!DrawsDashes(Dashes, Rule))
+    return;
   Pen.SetCustomDash(Dashes, int(Dashes.size()) - 1, Pen.GetSVGDashOffset()->GetValue());
   Pen.SetDashArrayPreferredUnits(Units);
   Pen.SetDashArrayIsPercent(IsPercent);

@@ -96,10 +96,14 @@ TSVGBaselineShiftLength &ParseBaselineShift(const QString &S, TSVGBaselineShiftL
 // written number.
 std::vector<float> ParseDashes(const QString &S, std::vector<bool> &IsPercent, TSVGUnits &Units,
                                const TSVGUnitFactors &Factors, float Min, float Max);
-// stroke-dasharray and stroke-dashoffset into Pen, updating both flags in Inherits. A pattern with
-// an entry of 0 or below leaves the pen solid.
+// Which dash patterns draw: the documented rule leaves the pen solid for any entry of 0 or below;
+// the standard one only for a negative entry or a pattern that adds up to 0, and keeps zeros.
+enum TSVGDashRule : std::uint8_t { drPositiveEntries, drNonNegativeEntries };
+
+// stroke-dasharray and stroke-dashoffset into Pen, updating both flags in Inherits; Rule decides
+// which patterns draw.
 void ParseDashArray(const QString &DashArray, const QString &DashOffset, TSVGPen &Pen, TSVGStyleProperties &Inherits,
-                    const TSVGUnitFactors &Factors);
+                    const TSVGUnitFactors &Factors, TSVGDashRule Rule = drPositiveEntries);
 
 QString SVGStrokeCapToString(TVXGPLineCap Cap);
 // Empty for a join the canvas does not know.

@@ -143,8 +143,10 @@ TEST_F(Markers, AreDrawnAtTheVerticesOfEveryShape)
   }
 }
 
-TEST_F(Markers, UnitsReferencePointAndViewBoxPlaceTheContents)
+// The placement browsers use (standard mode); StandardStrokeTest.cpp holds the documented one.
+TEST_F(Markers, UnitsReferencePointAndViewBoxPlaceTheContentsInStandardMode)
 {
+  Document.SetOptions(Document.GetOptions() | soStandardSVG);
   const char *const Path = "<path d='M20,20 H30' stroke='none' stroke-width='2' marker-start='url(#q)'/>";
   const TMarkerCase Cases[] = {
     {"strokeWidth units scale the contents by the stroke",

@@ -1,6 +1,7 @@
 #include "platform/vectorkit/VXGPCanvas.h"
 
 #include "platform/vectorkit/VXGPBitmap.h"
+#include "platform/vectorkit/VXGPStrokeGeometry.h"
 
 #include <QPaintDevice>
 #include <QPainter>
@@ -314,13 +315,18 @@ void TVXGPCanvas::Fill(const TVXGPPath &Path, float Opacity)
 
 void TVXGPCanvas::Stroke(const TVXGPPath &Path, float Opacity)
 {
-  if (FPen->GetKind() == bkNone || Path.QPath().isEmpty())
+  if (FPen->GetKind() == bkNone || (Path.QPath().isEmpty() && Path.ZeroLengthFigures().empty()))
     return;
   QPen P = FPen->CreateQPen(Path.GetBounds(), UserToLogical());
   if (P.style() == Qt::NoPen)
     return;
-  VXLimitDashes(P, Path.QPath());
-  PaintPath(Path.QPath(), Qt::NoBrush, P, Opacity, FSmoothingMode >= 2, IsPlacedTile(FPen->GetBrush(), FPen->GetKind()));
+  const QPainterPath Geometry = VXStraightenLinearCubics(Path.QPath());
+  VXLimitDashes(P, Geometry);
+  const bool Placed = IsPlacedTile(FPen->GetBrush(), FPen->GetKind());
+  PaintPath(Geometry, Qt::NoBrush, P, Opacity, FSmoothingMode >= 2, Placed);
+  const QPainterPath Caps = VXZeroLengthCaps(Path.ZeroLengthFigures(), P);
+  if (!Caps.isEmpty())
+    PaintPath(Caps, P.brush(), Qt::NoPen, Opacity, FSmoothingMode >= 2, Placed);
 }
 
 void TVXGPCanvas::FillPath(const TVXGPPath &Path, float Opacity)

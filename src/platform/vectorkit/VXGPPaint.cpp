@@ -712,8 +712,14 @@ QPen TVXGPPen::CreateQOutlinePen() const
   if (FDash != dsSolid && !FDashArray.empty()) {
     QList<qreal> Pattern;
     double Sum = 0;
-    for (float V : FDashArray) {
-      const double D = std::isfinite(V) ? std::max(0.0f, V) : 0.0;
+    // Qt strokes a dash of no length without its caps; SVG draws them, a dot for each. A dash a
+    // thousandth of the pen wide shows its caps and nothing else.
+    const double Shortest = Result.capStyle() == Qt::FlatCap ? 0.0 : 1e-3;
+    for (std::size_t I = 0; I < FDashArray.size(); ++I) {
+      const float V = FDashArray[I];
+      double D = std::isfinite(V) ? std::max(0.0f, V) : 0.0;
+      if (I % 2 == 0)
+        D = std::max(D, Shortest);
       Pattern.append(D);
       Sum += D;
     }

@@ -20,6 +20,24 @@ QPointF Q(const TPointF &P)
   return QPointF(P.X, P.Y);
 }
 
+// The move points of the figures of Points that have segments but no length.
+std::vector<TPointF> ZeroLengthFigures(const std::vector<TVXPathPoint> &Points)
+{
+  std::vector<TPointF> Result;
+  std::size_t I = 0;
+  while (I < Points.size()) {
+    const TPointF Start = Points[I].Point;
+    bool Collapsed = true;
+    std::size_t J = I + 1;
+    for (; J < Points.size() && Points[J].Kind != ppMove; ++J)
+      Collapsed = Collapsed && Points[J].Point == Start;
+    if (Collapsed && J > I + 1)
+      Result.push_back(Start);
+    I = J;
+  }
+  return Result;
+}
+
 TRectF FromQRect(const QRectF &R)
 {
   return {float(R.left()), float(R.top()), float(R.right()), float(R.bottom())};
@@ -73,17 +91,20 @@ void TVXGPPath::Assign(const TVXPathData &Data)
   }
   Result.setFillRule(Data.GetFillMode() == VXFillModeWinding ? Qt::WindingFill : Qt::OddEvenFill);
   FPath = Result;
+  FZeroLengthFigures = vx::ZeroLengthFigures(Points);
 }
 
 void TVXGPPath::Assign(const TVXGPPath &Path)
 {
   FPath = Path.FPath;
+  FZeroLengthFigures = Path.FZeroLengthFigures;
 }
 
 std::unique_ptr<TVXGPPath> TVXGPPath::Clone(TVXGPCanvas *Canvas) const
 {
   auto Result = std::make_unique<TVXGPPath>(Canvas ? Canvas : FCanvas);
   Result->FPath = FPath;
+  Result->FZeroLengthFigures = FZeroLengthFigures;
   return Result;
 }
 
@@ -92,6 +113,7 @@ void TVXGPPath::Clear()
   const Qt::FillRule Rule = FPath.fillRule();
   FPath.clear();
   FPath.setFillRule(Rule);
+  FZeroLengthFigures.clear();
 }
 
 void TVXGPPath::MoveTo(const TPointF &P)
@@ -174,12 +196,19 @@ void TVXGPPath::AddText(const TPointF &Point, const QString &Text, const TVXGPFo
 
 void TVXGPPath::ApplyMatrix(const TMatrix &M)
 {
-  FPath = VXToQTransform(M).map(FPath);
+  const QTransform T = VXToQTransform(M);
+  FPath = T.map(FPath);
+  for (TPointF &P : FZeroLengthFigures) {
+    const QPointF Mapped = T.map(Q(P));
+    P = {float(Mapped.x()), float(Mapped.y())};
+  }
 }
 
 void TVXGPPath::Translate(float DX, float DY)
 {
   FPath.translate(DX, DY);
+  for (TPointF &P : FZeroLengthFigures)
+    P = {P.X + DX, P.Y + DY};
 }
 
 void TVXGPPath::Append(const TVXGPPath &Path, bool Connect)
@@ -190,6 +219,7 @@ void TVXGPPath::Append(const TVXGPPath &Path, bool Connect)
   else
     FPath.addPath(Path.FPath);
   FPath.setFillRule(Rule);
+  FZeroLengthFigures.insert(FZeroLengthFigures.end(), Path.FZeroLengthFigures.begin(), Path.FZeroLengthFigures.end());
 }
 
 void TVXGPPath::Widen(float Flatness)

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 namespace vx {
 
@@ -85,10 +86,14 @@ public:
 
   const QPainterPath &QPath() const { return FPath; }
   QPainterPath &QPath() { return FPath; }
+  // Where the figures without length of the assigned path data stand ("M 5 5 L 5 5"): Qt keeps
+  // no trace of them, yet a stroke with round or square caps draws a dot there.
+  const std::vector<TPointF> &ZeroLengthFigures() const { return FZeroLengthFigures; }
 
 private:
   TVXGPCanvas *FCanvas;
   QPainterPath FPath;
+  std::vector<TPointF> FZeroLengthFigures;
 };
 
 // An area for clipping, kept as a path. A new region is infinite (it clips nothing) until it is

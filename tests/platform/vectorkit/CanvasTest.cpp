@@ -1,6 +1,7 @@
 // The canvas: state tokens, matrix, fills, strokes (dashes, caps, joins), clips and modes, by pixel probes.
 #include "PixelProbe.h"
 
+#include "platform/geometry/VXPathData.h"
 #include "support/RecordingCanvas.h"
 
 #include <gtest/gtest.h>
@@ -199,6 +200,47 @@ TEST(CanvasStroke, Caps)
     EXPECT_EQ(Painted(Image, 9, 23), K.BeyondCorner) << int(K.Cap);
     EXPECT_TRUE(Painted(Image, 20, 23)) << int(K.Cap);
   }
+}
+
+TEST(CanvasStroke, FiguresWithoutLengthGetTheirCapsAsDots)
+{
+  struct Case
+  {
+    TVXGPLineCap Cap;
+    bool Centre, Corner;
+  };
+  // "M 20 20 L 20 20 M 30 30 Z", width 8: probes at a centre and 3.5 px off it diagonally.
+  for (const Case &K : {Case{lcFlat, false, false}, Case{lcSquare, true, true}, Case{lcRound, true, false}}) {
+    const QImage Image = Render(40, 40, [&](TVXGPCanvas &C) {
+      SolidPen(C, Blue, 8);
+      C.Pen().SetStartCap(K.Cap);
+      TVXPathData Data;
+      Data.SetPathString(QStringLiteral("M 20 20 L 20 20 M 30 30 Z"));
+      TVXGPPath P;
+      P.Assign(Data);
+      P.Translate(-10, -10);
+      C.DrawPath(P);
+    });
+    for (int At : {10, 20}) {
+      EXPECT_EQ(Painted(Image, At, At), K.Centre) << int(K.Cap) << " at " << At;
+      EXPECT_EQ(Painted(Image, At + 3, At + 3), K.Corner) << int(K.Cap) << " at " << At;
+    }
+  }
+}
+
+TEST(CanvasStroke, ACubicOnItsChordStrokesAsItsChord)
+{
+  // Control points a hair beside the ends: the square caps stand across the line, not along x.
+  const QImage Image = Render(40, 40, [&](TVXGPCanvas &C) {
+    SolidPen(C, Blue, 8);
+    C.Pen().SetStartCap(lcSquare);
+    TVXGPPath P;
+    P.MoveTo({10, 30});
+    P.CurveTo({10.05f, 30}, {30, 10}, {30.05f, 10});
+    C.DrawPath(P);
+  });
+  EXPECT_TRUE(Painted(Image, 8, 32));
+  EXPECT_TRUE(Empty(Image, 6, 26));
 }
 
 TEST(CanvasStroke, Joins)

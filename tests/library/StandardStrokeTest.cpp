@@ -1,0 +1,133 @@
+// Markers, shapes and strokes in the two modes: each case gives the documented result and the
+// standard (soStandardSVG) one, by pixel probes on a 40 by 40 picture.
+#include "support/PictureTest.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+using namespace vx;
+
+namespace {
+
+struct TProbe
+{
+  int X, Y;
+  QRgb Expected;
+};
+
+struct TModeCase
+{
+  const char *Name;
+  const char *Body;
+  std::vector<TProbe> Documented, Standard;
+};
+
+class StandardStroke : public TPictureTest
+{
+protected:
+  StandardStroke() : TPictureTest(40) {}
+
+  void Check(const TModeCase &Case)
+  {
+    for (const bool Standard : {false, true}) {
+      SCOPED_TRACE(std::string(Case.Name) + (Standard ? " (standard)" : " (documented)"));
+      Document.SetOptions(Standard ? DefaultSVGOptions | soStandardSVG : DefaultSVGOptions);
+      Load(QString::fromUtf8(Case.Body));
+      const QImage Image = Render();
+      for (const TProbe &Probe : Standard ? Case.Standard : Case.Documented)
+        EXPECT_EQ(Image.pixel(Probe.X, Probe.Y), Probe.Expected) << "at " << Probe.X << ", " << Probe.Y;
+    }
+  }
+};
+
+TEST_F(StandardStroke, MarkerPlacement)
+{
+  const TModeCase Cases[] = {
+    // Documented: the contents are not scaled without a view box, and move back by the reference
+    // point from the vertex. Standard: scaled by the stroke width, reference point on the vertex.
+    {"strokeWidth units without a view box",
+     "<marker id='q' refX='1' refY='1'><rect width='3' height='3' fill='red'/></marker>"
+     "<path d='M20,20 H30' stroke='none' stroke-width='2' marker-start='url(#q)'/>",
+     {{20, 20, Red}, {21, 21, Red}, {22, 22, NoColor}, {18, 18, NoColor}},
+     {{18, 18, Red}, {22, 22, Red}, {24, 24, NoColor}, {17, 17, NoColor}}},
+    // Documented: the view box, its corner included, fills the marker rectangle standing at the
+    // vertex, and the contents move back by the reference point. Standard: the reference point
+    // (5, 5), the view box's corner, lands on the vertex.
+    {"a view box with a corner and a reference point",
+     "<marker id='q' markerUnits='userSpaceOnUse' viewBox='5 5 10 10' refX='5' refY='5' markerWidth='4' "
+     "markerHeight='4' overflow='visible'><rect width='10' height='10' fill='red'/></marker>"
+     "<path d='M20,20 H30' stroke='none' marker-start='url(#q)'/>",
+     {{16, 16, Red}, {19, 19, Red}, {20, 20, NoColor}, {15, 15, NoColor}},
+     {{18, 18, Red}, {21, 21, Red}, {22, 22, NoColor}, {17, 17, NoColor}}},
+  };
+  for (const TModeCase &Case : Cases)
+    Check(Case);
+}
+
+// A red bar six units long along the marker's x axis, two wide, its left end on the vertex.
+#define BAR_MARKER(Orient)                                                                                        \
+  "<marker id='m' markerUnits='userSpaceOnUse' overflow='visible' orient='" Orient "'>"                           \
+  "<rect x='0' y='-1' width='6' height='2' fill='red'/></marker>"
+
+TEST_F(StandardStroke, MarkerOrientation)
+{
+  const char *const Line = "<line x1='20' y1='20' x2='30' y2='20' marker-start='url(#m)'/>";
+  const std::vector<TProbe> AlongX{{24, 20, Red}, {20, 24, NoColor}, {16, 20, NoColor}};
+  const std::vector<TProbe> Down{{20, 24, Red}, {24, 20, NoColor}};
+  const std::vector<TProbe> Back{{16, 20, Red}, {24, 20, NoColor}};
+  const std::pair<const char *, std::string> Bodies[] = {
+    {"90", std::string(BAR_MARKER("90"))},
+    {"90deg", std::string(BAR_MARKER("90deg"))},
+    {"100grad", std::string(BAR_MARKER("100grad"))},
+    {"0.25turn", std::string(BAR_MARKER("0.25turn"))},
+    {"auto-start-reverse", std::string(BAR_MARKER("auto-start-reverse"))},
+  };
+  for (const auto &[Name, Marker] : Bodies) {
+    const std::string Body = Marker + Line;
+    const bool Reverse = std::string(Name) == "auto-start-reverse";
+    // Documented: a fixed angle draws at 0 and "auto-start-reverse" is not known; standard turns.
+    Check({Name, Body.c_str(), AlongX, Reverse ? Back : Down});
+  }
+}
+
+TEST_F(StandardStroke, DashArrays)
+{
+  const TModeCase Cases[] = {
+    // Documented, an entry of 0 turns dashing off; standard draws the caps of empty dashes as dots.
+    {"dashes of no length with round caps",
+     "<line x1='5' y1='20' x2='35' y2='20' stroke='blue' stroke-width='6' stroke-linecap='round' "
+     "stroke-dasharray='0 10'/>",
+     {{15, 20, Blue}, {10, 20, Blue}},
+     {{15, 20, Blue}, {10, 20, NoColor}}},
+    // Documented, square caps of dashes end flat.
+    {"square caps on dashes",
+     "<line x1='5' y1='20' x2='35' y2='20' stroke='blue' stroke-width='4' stroke-linecap='square' "
+     "stroke-dasharray='4 8'/>",
+     {{10, 20, NoColor}, {7, 20, Blue}},
+     {{10, 20, Blue}, {12, 20, NoColor}}},
+  };
+  for (const TModeCase &Case : Cases)
+    Check(Case);
+}
+
+TEST_F(StandardStroke, ShapeRadii)
+{
+  const TModeCase Cases[] = {
+    {"a negative circle radius", "<circle cx='20' cy='20' r='-10' fill='blue'/>",
+     {{20, 20, Blue}, {20, 12, Blue}},
+     {{20, 20, NoColor}}},
+    // Documented, an ellipse without rx has no width; standard takes rx from ry.
+    {"an ellipse without rx", "<ellipse cx='20' cy='20' ry='10' fill='blue'/>",
+     {{20, 20, NoColor}},
+     {{20, 20, Blue}, {12, 20, Blue}, {8, 20, NoColor}}},
+    // Documented, a negative rx becomes 0: square corners. Standard reads it as missing: ry's radius.
+    {"a rect with a negative rx", "<rect x='5' y='5' width='30' height='30' rx='-10' ry='10' fill='blue'/>",
+     {{6, 6, Blue}},
+     {{6, 6, NoColor}, {20, 20, Blue}}},
+  };
+  for (const TModeCase &Case : Cases)
+    Check(Case);
+}
+
+} // namespace
