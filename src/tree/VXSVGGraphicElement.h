@@ -93,6 +93,14 @@ public:
   // and then by order, the style attribute above them, !important above all; transform and
   // transform-origin as properties; a transform that cannot be read is ignored.
   bool CascadesAsCSS() const { return FollowsStandardSVG(); }
+  // Whether display and visibility are two properties, as in CSS: display="none" hides the subtree,
+  // visibility inherits and hides only the geometry of the elements it reaches, so a child can
+  // show itself again in a hidden group.
+  bool SeparatesDisplayFromVisibility() const { return FollowsStandardSVG(); }
+  // Whether the element's own geometry is drawn: the classic road decided that in ShouldDraw.
+  bool ShowsOwnGeometry() const { return !SeparatesDisplayFromVisibility() || GetVisible(); }
+  // display is not none (the standard road; the classic one keeps display in Visible).
+  bool IsDisplayed() const { return FDisplayed; }
 
   // The paints as resolved (inherited pieces merged); outside a load they resolve on first use.
   virtual TSVGBrush &GetBrush();
@@ -391,6 +399,7 @@ private:
   // What fill and stroke name that is resolved at use (pkAbsent for a plain paint); standard road only.
   TSVGPaintKeyword FFillKeyword = pkAbsent;
   TSVGPaintKeyword FStrokeKeyword = pkAbsent;
+  bool FDisplayed = true;
 };
 
 // Rendering modes of the canvas from the presentation keywords.
