@@ -44,6 +44,20 @@ void AddDeclarations(TSVGStyle &Into, const TSVGStyle &From, bool Important)
   }
 }
 
+// Properties that only style sheets and the style attribute set: an attribute of that name is no
+// declaration.
+bool IsStyleOnlyProperty(const QString &Name)
+{
+  return Name == QLatin1String("mix-blend-mode") || Name == QLatin1String("isolation");
+}
+
+void AddAttributeDeclarations(TSVGStyle &Into, const TSVGStyle &Attributes)
+{
+  for (int I = 0; I < Attributes.Count(); ++I)
+    if (!IsStyleOnlyProperty(Attributes.Names(I)))
+      Into.SetValues(Attributes.Names(I), Attributes.ValueFromIndex(I));
+}
+
 } // namespace
 
 TMatrix TSVGGraphicElement::LoadTransform(const QString &Text) const
@@ -70,7 +84,7 @@ void TSVGGraphicElement::ApplyCascadedStyles(const TVXStringObjectHashTable<TSVG
   // The element's own style holds its attributes, and the style attribute's text under "style".
   const TSVGStyle StyleAttribute(QString(), FStyle.Values(QStringLiteral("style")));
   TSVGStyle Cascaded;
-  AddDeclarations(Cascaded, FStyle, false);
+  AddAttributeDeclarations(Cascaded, FStyle);
   for (const bool Important : {false, true}) {
     for (const auto &Rule : Rules)
       AddDeclarations(Cascaded, *Rule.second, Important);
@@ -149,6 +163,49 @@ TSVGPaintKeyword TSVGGraphicElement::PaintKeyword(TSVGStyleProperty Property) co
   const TSVGGraphicElement *Source = InheritanceSource(Property);
   return Property == ipFill ? Source->FFillKeyword : Source->FStrokeKeyword;
 }
+
+namespace {
+
+// The nearest ancestor that sets a paint context, and the context it sets.
+TSVGGraphicElement *ContextElementOf(const TSVGGraphicElement &Element)
+{
+  for (const TSVGGraphicElement *Up = Element.GetGraphicParent(); Up; Up = Up->GetGraphicParent())
+    if (TSVGGraphicElement *Context = Up->PaintContext())
+      return Context;
+  return nullptr;
+}
+
+template <typename TPaint, typename TSource>
+void TakePaint(TPaint &Paint, const TSource &Source)
+{
+  Paint.SetColor(Source.GetColor());
+  Paint.SetKind(Source.GetKind() == bkNone ? bkNone : bkSolid);
+  Paint.SetURI(Source.GetURI());
+}
+
+} // namespace
+
+template <typename TPaint>
+void TSVGGraphicElement::ResolvePaintKeyword(TSVGStyleProperty Property, TPaint &Paint)
+{
+  const TSVGPaintKeyword Keyword = PaintKeyword(Property);
+  if (Keyword == pkCurrentColor) {
+    Paint.SetColor(GetColor());
+    return;
+  }
+  if (Keyword != pkContextFill && Keyword != pkContextStroke)
+    return;
+  TSVGGraphicElement *Context = ContextElementOf(*this);
+  if (!Context)
+    Paint.SetKind(bkNone);
+  else if (Keyword == pkContextFill)
+    TakePaint(Paint, Context->GetBrush());
+  else
+    TakePaint(Paint, Context->GetPen());
+}
+
+template void TSVGGraphicElement::ResolvePaintKeyword(TSVGStyleProperty, TSVGBrush &);
+template void TSVGGraphicElement::ResolvePaintKeyword(TSVGStyleProperty, TSVGPen &);
 
 float TSVGGraphicElement::ParseOpacityStyle(const QString &Text, float Default, bool &IsInherited) const
 {

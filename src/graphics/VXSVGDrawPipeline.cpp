@@ -90,9 +90,11 @@ void TSVGGraphicElement::InternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas
   const bool DrawOwn = BeginDraw(Combined, Canvas, Rect) && ShowsOwnGeometry();
   // EndDraw restores the canvas, so it also runs when the element's own draw or a child fails.
   try {
+    const std::unique_ptr<TVXGPLayer> Layer = OpenLayer(Canvas);
     if (DrawOwn)
       DoInternalDraw(Combined, Canvas, Rect);
     DrawChildren(Combined, Canvas, Rect);
+    CompositeLayer(Layer.get());
   } catch (...) {
     EndDraw(Combined, Canvas, Rect);
     throw;

@@ -27,7 +27,9 @@ void TSVGGraphicElement::DoLoadFromXML(const IXMLNode &Node)
 {
   TSVGElement::DoLoadFromXML(Node);
   FStyle.LoadFromXML(Node);
-  FPreferredStyles.SetValue(FStyle.AddStyle(ParseAttrString(Node, QStringLiteral("style"))));
+  const QString StyleText = ParseAttrString(Node, QStringLiteral("style"));
+  FPreferredStyles.SetValue(FStyle.AddStyle(StyleText));
+  ReadCompositingStyle(StyleText);
   // The font size comes first: the lengths below may be in em.
   const float ParentSize = FGraphicParent ? FGraphicParent->FFont->GetSize() : FFont->GetSize();
   bool Flag = FInherits.Value().Contains(ipFontSize);
@@ -141,6 +143,7 @@ void TSVGGraphicElement::ApplyStyle(const TSVGStyle &Style)
         [&](const QString &S, const TRectF &D, bool &I) { return ParseClipRect(S, D, I, Factors); });
   Plain(ipOverflow, FOverflow, ParseOverflow);
   ApplyMarkerStyle(Style);
+  ApplyCompositingStyle(Style);
 }
 
 void TSVGGraphicElement::ApplyColorStyle(const TSVGStyle &Style)

@@ -38,6 +38,30 @@ void ReplaceLengths(std::unique_ptr<TSVGLengths> &Target, const TSVGLengths &Sou
   Source.Clone(Target.get());
 }
 
+// The value of a property written on Node: in its style attribute, else as an attribute unless the
+// property is a CSS one that browsers read from style alone.
+QString DeclaredProperty(const IXMLNode &Node, const QString &Name, bool StyleOnly = false)
+{
+  const QString Style = Node.GetAttribute(QStringLiteral("style"));
+  for (const QString &Declaration : Style.split(QLatin1Char(';'))) {
+    const qsizetype Colon = Declaration.indexOf(QLatin1Char(':'));
+    if (Colon > 0 && Declaration.left(Colon).trimmed() == Name)
+      return Declaration.mid(Colon + 1).trimmed();
+  }
+  return StyleOnly ? QString() : Node.GetAttribute(Name).trimmed();
+}
+
+// Whether xml:space="preserve" holds at Node, set on it or on the nearest element above that says.
+bool SpacePreserved(IXMLNode Node)
+{
+  const QString Namespace = QStringLiteral("http://www.w3.org/XML/1998/namespace");
+  const QString Name = QStringLiteral("space");
+  for (; Node; Node = Node.ParentNode())
+    if (Node.NodeType() == ntElement && Node.HasAttribute(Name, Namespace))
+      return Node.GetAttributeNS(Name, Namespace) == QLatin1String("preserve");
+  return false;
+}
+
 } // namespace
 
 // --- model -------------------------------------------------------------------------------------
@@ -449,7 +473,19 @@ void TSVGCustomText::DoLoadFromXML(const IXMLNode &Node)
   TSVGGraphicElement::DoLoadFromXML(Node);
   FText.clear();
   if (IsCharacterData(Node))
-    FText = CleanText(Node.Text());
+    FText = LoadedText(Node);
+  FPreserveSpace = LaysOutAsBrowsers() && SpacePreserved(Node);
+  FBrowserProperties = {};
+  if (LaysOutAsBrowsers() && Node.NodeType() == ntElement) {
+    FBrowserProperties.FontVariationSettings = DeclaredProperty(Node, QStringLiteral("font-variation-settings"));
+    FBrowserProperties.FontStretch = DeclaredProperty(Node, QStringLiteral("font-stretch"));
+    FBrowserProperties.FontKerning = DeclaredProperty(Node, QStringLiteral("font-kerning"), true);
+    FBrowserProperties.FontStyle = DeclaredProperty(Node, QStringLiteral("font-style"));
+    TSVGUnit Unit = suNone;
+    FBrowserProperties.TextLength =
+      ParseLength(Node.GetAttribute(QStringLiteral("textLength")), -1, Unit, GetUnitFactors());
+    FBrowserProperties.SpacingAndGlyphs = Node.GetAttribute(QStringLiteral("lengthAdjust")) == QLatin1String("spacingAndGlyphs");
+  }
   ParseLengths(Node, QStringLiteral("x"), FX.get(), 0, 1);
   ParseLengths(Node, QStringLiteral("y"), FY.get(), 0, 1);
   ParseLengths(Node, QStringLiteral("dx"), FDX.get(), 0, 1);
@@ -466,13 +502,18 @@ int TSVGCustomText::ReadChild(const IXMLNode &Node)
   if (!FText.isEmpty())
     // Text after a child element: a span of its own keeps it in its place.
     return AddChildOfType(etTSpan, GetOwner());
-  FText = CleanText(Node.Text());
+  FText = LoadedText(Node);
   return -1;
+}
+
+QString TSVGCustomText::LoadedText(const IXMLNode &Node) const
+{
+  return LaysOutAsBrowsers() ? Node.Text() : CleanText(Node.Text());
 }
 
 void TSVGCustomText::DoOnParsedNode(TSVGElement *Element)
 {
-  if (!TextParent())
+  if (!TextParent() && !LaysOutAsBrowsers())
     FText = TrimLeft(FText);
   TSVGGraphicElement::DoOnParsedNode(Element);
 }
@@ -533,8 +574,18 @@ TSVGCustomText *TSVGTextRef::Target() const
 QString TSVGTextRef::GetText() const
 {
   // A reference to itself or to its own text tree would ask itself again.
-  if (TSVGCustomText *Found = Target(); Found && Found != this && !HasAncestor(Found))
+  // Browsers show all the text of the target, that of its spans too. Spans of the target may
+  // refer back through references of their own, so the depth of such chains is bounded.
+  thread_local int Depth = 0;
+  TSVGCustomText *Found = Target();
+  if (!Found || Found == this || HasAncestor(Found) || Depth > 16)
+    return TSVGCustomText::GetText();
+  if (!LaysOutAsBrowsers())
     return Found->GetText();
+  ++Depth;
+  const QString Result = Found->GetLineText();
+  --Depth;
+  return Result;
   return TSVGCustomText::GetText();
 }
 

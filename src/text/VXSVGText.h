@@ -20,6 +20,7 @@
 
 namespace vx {
 
+class TSVGBrowserTextLayout;
 class TSVGCustomText;
 class TSVGPath;
 
@@ -55,6 +56,16 @@ struct TSVGTextChunk
   TSVGCharChunks Chars;
 };
 using TSVGTextChunks = std::vector<TSVGTextChunk>;
+
+// Text properties that only the standard road reads, as written on the element (its attribute, or
+// its style attribute, which wins).
+struct TSVGBrowserTextProperties
+{
+  QString FontVariationSettings, FontStretch, FontKerning, FontStyle;
+  // textLength in user units; below 0 when not given.
+  float TextLength = -1;
+  bool SpacingAndGlyphs = false;
+};
 
 // Glyph paths by the element that owns them, in the order the elements first came.
 using TSVGTextPaths = std::vector<std::pair<TSVGCustomText *, std::unique_ptr<TVXGPPath>>>;
@@ -110,6 +121,11 @@ public:
 
   // The text is drawn by the canvas's text output instead of as outlines.
   virtual bool IsFillingText() const;
+  // Standard road: the text tree is shaped and placed as browsers do (VXSVGTextBrowserLayout.cpp),
+  // white space is kept as written for the layout to process across spans, and the box of the text
+  // is that of its glyphs. Documented road: characters measured one by one, text cleaned at load,
+  // the box standing on the baseline.
+  bool LaysOutAsBrowsers() const { return FollowsStandardSVG(); }
 
   // --- the running pen of one layout pass ---
   TPointF GetCurrentTextPosition() const;
@@ -200,6 +216,8 @@ protected:
 
   // Per-draw set-up of the pen: no position yet, index 0.
   void RestartTextPosition();
+  // The character data of a text node as this road keeps it.
+  QString LoadedText(const IXMLNode &Node) const;
 
   float FTextWidth = -1;
   float FTextHeight = -1;
@@ -209,6 +227,9 @@ protected:
   std::uint32_t FCurrentTextIndex = 0;
   TSVGNumbers FRotate;
   std::unique_ptr<TSVGLengths> FX, FY, FDX, FDY;
+  // xml:space="preserve" holds for the element's own text (standard road).
+  bool FPreserveSpace = false;
+  TSVGBrowserTextProperties FBrowserProperties;
 
   // The box of all outlines of the text tree; false while they are stale or there are none.
   bool OutlineBounds(TRectF &Box) const;
@@ -216,6 +237,7 @@ protected:
   static TRectF TextLayoutRect(TSVGTextAlign Align, float Width, float Ascent, float Descent);
 
 private:
+  friend class TSVGBrowserTextLayout;
   using TValueLookup = float (TSVGCustomText::*)(int) const;
   using TFlagLookup = bool (TSVGCustomText::*)(int) const;
 

@@ -4,6 +4,7 @@
 // text output at every draw.
 #include "platform/vectorkit/VXGPCanvas.h"
 #include "text/VXSVGText.h"
+#include "text/VXSVGTextBrowserLayout.h"
 #include "text/VXSVGTextVariant.h"
 #include "values/VXSVGLookups.h"
 
@@ -99,6 +100,10 @@ void TSVGText::CreateTextShapes(TVXGPCanvas &Canvas, const TMatrix &Matrix)
   ClearShapes(false);
   if (IsFillingText())
     return;
+  if (LaysOutAsBrowsers() && TSVGBrowserTextLayout::Handles(*this)) {
+    TSVGBrowserTextLayout(*this).Run();
+    return;
+  }
   TSVGTextChunks Chunks;
   ChunkText(Canvas, Matrix, Chunks);
   ConvertToPath(Canvas, Matrix, Chunks);
@@ -395,12 +400,14 @@ void TSVGCustomText::DrawFilledText(const TMatrix &Matrix, TVXGPCanvas &Canvas, 
   const TMatrix M = VXMatrixMultiply(FMatrix, Matrix);
   const bool Go = BeginDraw(M, Canvas, Rect);
   try {
+    const std::unique_ptr<TVXGPLayer> Layer = OpenLayer(Canvas);
     // The outermost element lays out the whole tree; each element then draws its own characters.
     if (MakeChunks)
       ChunkText(Canvas, M, Chunks);
     if (Go)
       DoFillTextChunks(M, Canvas, Rect, Chunks);
     FillChildrenTextChunks(M, Canvas, Rect, Chunks);
+    CompositeLayer(Layer.get());
   } catch (...) {
     EndDraw(M, Canvas, Rect);
     throw;

@@ -6,6 +6,10 @@
 #include "tree/VXSVGCustomViewBox.h"
 
 #include <QIODevice>
+#include <QImage>
+#include <QRectF>
+
+class QPainter;
 
 #include <functional>
 #include <vector>
@@ -69,6 +73,20 @@ public:
   bool DoOnSavingElement(TSVGElement *Element, const IXMLNode &Node) override;
   void DoOnSavedElement(TSVGElement *Element, const IXMLNode &Node) override;
 
+  // --- the Qt face ---
+  // The element with this id, when it is a T; null otherwise.
+  template <class T = TSVGElement>
+  T *FindElement(const QString &ID) const
+  {
+    TSVGElement *Found = nullptr;
+    return FAllItems.TryGetValue(ID, Found) ? dynamic_cast<T *>(Found) : nullptr;
+  }
+  // The picture drawn into a new transparent image of Size, stretched over it as Draw does.
+  QImage Render(const QSize &Size);
+  // Draws the picture into Rect of whatever Painter paints on.
+  void Draw(QPainter &Painter, const QRectF &Rect);
+  using TSVGCustomViewBox::Draw;
+
   // --- tables ---
   TSVGElementTable &AllItems() { return FAllItems; }
   const TSVGElementTable &AllItems() const { return FAllItems; }
@@ -108,6 +126,10 @@ public:
   TSVGColorRendering DefaultColorRendering() const { return FDefaultColorRendering; }
   TSVGTextRendering DefaultTextRendering() const { return FDefaultTextRendering; }
   TSVGColorInterpolation DefaultColorInterpolation() const { return FDefaultColorInterpolation; }
+  void SetDefaultShapeRendering(TSVGShapeRendering Value) { FDefaultShapeRendering = Value; }
+  void SetDefaultColorRendering(TSVGColorRendering Value) { FDefaultColorRendering = Value; }
+  void SetDefaultTextRendering(TSVGTextRendering Value) { FDefaultTextRendering = Value; }
+  void SetDefaultColorInterpolation(TSVGColorInterpolation Value) { FDefaultColorInterpolation = Value; }
 
   // --- conditional processing ---
   using TSVGCustomViewBox::DoShouldDraw;

@@ -530,15 +530,23 @@ int TSVGElement::AddChildOfType(TSVGElementType Type, TSVGDocument *Owner)
   const TSVGElementClass *Class = SVGClasses()[Type];
   if (!Class)
     return -1;
-  TSVGElement *Child = Class->Create(Owner);
+  AddOwnedChild(std::unique_ptr<TSVGElement>(Class->Create(Owner)));
+  return FItems.Count() - 1;
+}
+
+TSVGElement &TSVGElement::AddOwnedChild(std::unique_ptr<TSVGElement> Child)
+{
+  TSVGElement &Added = *Child;
   try {
-    return FItems.Add(Child);
+    FItems.Add(&Added);
   } catch (...) {
-    // A refused child is handed back detached; nobody else holds it.
-    if (FItems.IndexOf(Child) < 0)
-      delete Child;
+    // A refused child is handed back detached, and Child frees it; one the list kept is its own.
+    if (FItems.IndexOf(&Added) >= 0)
+      Child.release();
     throw;
   }
+  Child.release();
+  return Added;
 }
 
 } // namespace vx

@@ -10,6 +10,7 @@
 #include "values/VXSVGVocabulary.h"
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 namespace vx {
@@ -135,6 +136,15 @@ public:
   virtual void AssignProperties(const TSVGElement *Source);
   // A deep copy made through the virtual constructor; the caller owns it until it is added.
   virtual TSVGElement *Clone(TSVGDocument *Owner) const;
+  // A deep copy for the same document.
+  std::unique_ptr<TSVGElement> Clone() const { return std::unique_ptr<TSVGElement>(Clone(FOwner)); }
+  // Adds Child as the last child and answers it. A child of a type this element does not take is
+  // freed and the refusal raised, so nothing leaks either way.
+  template <class T>
+  T &AddChild(std::unique_ptr<T> Child)
+  {
+    return static_cast<T &>(AddOwnedChild(std::unique_ptr<TSVGElement>(std::move(Child))));
+  }
   // Empties the element: children, listeners and attributes; the id stays.
   virtual void Clear();
 
@@ -183,6 +193,7 @@ protected:
   // Drops every listener (and their record of listening here), or every element listened to.
   void ForgetListeners();
   void StopListeningToAll();
+  TSVGElement &AddOwnedChild(std::unique_ptr<TSVGElement> Child);
   // Adds a new element of the class registered for Type, owned by Owner, and answers its index;
   // -1 when no class reads Type. A child the list refuses is freed.
   int AddChildOfType(TSVGElementType Type, TSVGDocument *Owner);

@@ -340,6 +340,8 @@ void TSVGGraphicElement::SetOpacity(float Value)
 
 float TSVGGraphicElement::GetAbsoluteOpacity() const
 {
+  if (GroupOpacityNeedsLayer())
+    return 1;
   float Result = GetOpacity();
   for (const TSVGGraphicElement *Parent = FGraphicParent; Parent; Parent = Parent->FGraphicParent)
     Result *= Parent->GetOpacity();
@@ -631,6 +633,8 @@ void TSVGGraphicElement::AssignProperties(const TSVGElement *Source)
     FFillRule = Graphic->GetFillRule();
     FOpacity = Graphic->GetOpacity();
     FOverflow = Graphic->IsOverflow();
+    FBlendMode = Graphic->FBlendMode;
+    FIsolated = Graphic->FIsolated;
     FMarkerStartURI = Graphic->GetMarkerStartURI();
     FMarkerMidURI = Graphic->GetMarkerMidURI();
     FMarkerEndURI = Graphic->GetMarkerEndURI();
@@ -666,6 +670,10 @@ void TSVGGraphicElement::ResetToDefaults()
   FFillRule = frNonZero;
   FClipRect = TRectF{};
   FOverflow = true;
+  FBlendMode = bmNormal;
+  FIsolated = false;
+  FStyleBlendMode.clear();
+  FStyleIsolation.clear();
   FColorInterpolation = sciSRGB;
   FColorRendering = clrnAuto;
   FTextRendering = txrnAuto;

@@ -8,6 +8,7 @@
 // (graphics/VXSVGPresentation.cpp), paint resolution (graphics/VXSVGPaintResolution.cpp) and the
 // draw frame (graphics/VXSVGDrawPipeline.cpp).
 #include "platform/common/VXDictionary.h"
+#include "platform/vectorkit/VXGPLayer.h"
 #include "platform/vectorkit/VXGPPath.h"
 #include "tree/VXSVGElement.h"
 #include "tree/VXSVGStyle.h"
@@ -64,8 +65,14 @@ public:
   float GetOpacity() const;
   // Clamped to 0..1; an inherited opacity stays marked inherited.
   void SetOpacity(float Value);
-  // The product of the opacities up the graphic parents.
+  // The opacity folded into each paint: the product of the opacities up the graphic parents, or 1
+  // where the layers of the elements apply their opacities (GroupOpacityNeedsLayer).
   float GetAbsoluteOpacity() const;
+  // mix-blend-mode and isolation, read from style sheets and style attributes only (graphics/VXSVGLayers.cpp).
+  TVXGPBlendMode GetBlendMode() const { return FBlendMode; }
+  void SetBlendMode(TVXGPBlendMode Value);
+  bool IsIsolated() const { return FIsolated; }
+  void SetIsolated(bool Value);
   TSVGShapeRendering GetShapeRendering() const;
   void SetShapeRendering(TSVGShapeRendering Value);
   TSVGTextAlign GetTextAlign() const;
@@ -101,6 +108,10 @@ public:
   bool ShowsOwnGeometry() const { return !SeparatesDisplayFromVisibility() || GetVisible(); }
   // display is not none (the standard road; the classic one keeps display in Visible).
   bool IsDisplayed() const { return FDisplayed; }
+
+  // The element whose paints context-fill and context-stroke name for the elements below this one
+  // (a use for its content, a marker for the shape it marks); nil when this element sets none.
+  virtual TSVGGraphicElement *PaintContext() const { return nullptr; }
 
   // The paints as resolved (inherited pieces merged); outside a load they resolve on first use.
   virtual TSVGBrush &GetBrush();
@@ -249,6 +260,16 @@ protected:
   // Draws the element's own geometry; true when something was drawn, which markers follow.
   virtual bool DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
   virtual void DrawChildren(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
+  // --- layers (graphics/VXSVGLayers.cpp) ---
+  // Whether an element's opacity, blend mode and isolation are applied by drawing it into a layer
+  // of its own, composited once (so overlaps inside do not show), instead of folding the opacities
+  // of the ancestors into each paint.
+  bool GroupOpacityNeedsLayer() const;
+  // The layer the element and its children are drawn into, or nil when it needs none; it is
+  // offscreen only when more than one painted part could overlap, or for a blend or isolation.
+  std::unique_ptr<TVXGPLayer> OpenLayer(TVXGPCanvas &Canvas) const;
+  // Draws Layer (when there is one) onto the canvas with the element's blend mode.
+  void CompositeLayer(TVXGPLayer *Layer) const;
   // Fill, then stroke, of Path transformed by Matrix, with the opacities folded in.
   void DrawPath(const TVXGPPath &Path, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
   void DrawPath(const TVXPathData &Path, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
@@ -393,6 +414,10 @@ private:
   void ApplyCSSPaintStyle(const QString &Text, TSVGStyleProperty Property, TPaint &Paint, TSVGPaintKeyword &Keyword);
   // The keyword that the fill (ipFill) or stroke (ipStroke) resolves at use, inherited ones included.
   TSVGPaintKeyword PaintKeyword(TSVGStyleProperty Property) const;
+  // Puts what the keyword of the fill or stroke stands for into Paint: the colour for currentColor,
+  // the context element's paint (or none without one) for context-fill and context-stroke.
+  template <typename TPaint>
+  void ResolvePaintKeyword(TSVGStyleProperty Property, TPaint &Paint);
   float ParseOpacityStyle(const QString &Text, float Default, bool &IsInherited) const;
 
   TSVGGraphicElement *FGraphicParent = nullptr;
@@ -400,6 +425,16 @@ private:
   TSVGPaintKeyword FFillKeyword = pkAbsent;
   TSVGPaintKeyword FStrokeKeyword = pkAbsent;
   bool FDisplayed = true;
+  // Keeps the compositing declarations of the style attribute; presentation attributes of those
+  // names are not honoured.
+  void ReadCompositingStyle(const QString &StyleText);
+  void ApplyCompositingStyle(const TSVGStyle &Style);
+  bool HasSeveralPaintedParts() const;
+
+  TVXGPBlendMode FBlendMode = bmNormal;
+  bool FIsolated = false;
+  // mix-blend-mode and isolation as the style attribute declared them (empty when it did not).
+  QString FStyleBlendMode, FStyleIsolation;
 };
 
 // Rendering modes of the canvas from the presentation keywords.

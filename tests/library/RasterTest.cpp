@@ -278,6 +278,13 @@ TEST(RenderCommand, SizesOptionsAndExitStatuses)
       {{In, Out, QStringLiteral("--quality")}, 2, {}},
       {{Dir.filePath(QStringLiteral("missing.svg")), Out}, 2, {}},
       {{Tool, Out}, 1, {}},  // not a picture
+      {{In, QStringLiteral("-o"), Out, QStringLiteral("-w"), QStringLiteral("40")}, 0, {40, 20}},
+      {{In, QStringLiteral("--output"), Out, QStringLiteral("-z"), QStringLiteral("1.5")}, 0, {30, 15}},
+      {{In, QStringLiteral("-o"), Out, QStringLiteral("-h"), QStringLiteral("4"), QStringLiteral("--dpi"),
+        QStringLiteral("300")}, 0, {8, 4}},
+      {{In, Dir.filePath(QStringLiteral("out.xyz"))}, 2, {}},
+      {{Dir.path(), Out}, 2, {}},  // a folder
+      {{In, In, Out}, 2, {}},
   };
   for (const Case &C : Cases) {
     QFile::remove(Out);
@@ -288,6 +295,13 @@ TEST(RenderCommand, SizesOptionsAndExitStatuses)
     if (C.Status == 0)
       EXPECT_EQ(QImage(Out).size(), C.Size) << C.Args.join(QLatin1Char(' ')).toStdString();
   }
+  // Several inputs into a folder, in the format asked for.
+  QProcess Batch;
+  Batch.start(Tool, {QStringLiteral("render"), In, Tool, QStringLiteral("--out-dir"), Dir.filePath(QStringLiteral("d")),
+                     QStringLiteral("--format"), QStringLiteral("jpg"), QStringLiteral("--jobs"), QStringLiteral("2")});
+  ASSERT_TRUE(Batch.waitForFinished(30000));
+  EXPECT_EQ(Batch.exitCode(), 1) << "the program itself is no picture";
+  EXPECT_EQ(QImage(Dir.filePath(QStringLiteral("d/in.jpg"))).size(), QSize(20, 10));
   QProcess Process;
   Process.start(Tool, {QStringLiteral("render"), In, Out, QStringLiteral("--width"), QStringLiteral("40"),
                        QStringLiteral("--background"), QStringLiteral("#f00"), QStringLiteral("--wrap"),

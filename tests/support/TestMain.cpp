@@ -2,6 +2,9 @@
 // on what else is installed on the machine.
 #include <QFontDatabase>
 #include <QGuiApplication>
+#ifdef VXSVG_TEST_WIDGETS
+#include <QApplication>
+#endif
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -28,7 +31,13 @@ void RegisterTestFonts()
 int main(int argc, char **argv)
 {
   setenv("QT_QPA_PLATFORM", "offscreen", 0);
+  setenv("VXSVG_TEST_DATA", VXSVG_SOURCE_DIR "/tests/data", 0);
+  setenv("VXSVG_EXAMPLES", VXSVG_SOURCE_DIR "/examples", 0);
+#ifdef VXSVG_TEST_WIDGETS
+  QApplication App(argc, argv);
+#else
   QGuiApplication App(argc, argv);
+#endif
   RegisterTestFonts();
   testing::InitGoogleTest(&argc, argv);
   return RUN_ALL_TESTS();

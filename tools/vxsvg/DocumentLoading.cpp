@@ -2,9 +2,11 @@
 
 #include "tree/VXSVGDocument.h"
 
+#include <QFile>
 #include <QFileInfo>
 
 #include <cstdio>
+#include <stdexcept>
 
 namespace vx::cli {
 
@@ -24,8 +26,10 @@ void PrintError(const QString &Message)
 
 int LoadDocument(TSVGDocument &Document, const QString &FileName)
 {
-  if (!QFileInfo(FileName).isFile()) {
-    PrintError(QStringLiteral("%1: no such file").arg(FileName));
+  const bool FromInput = FileName == QLatin1String("-");
+  const QFileInfo Info(FileName);
+  if (!FromInput && !Info.isFile()) {
+    PrintError(QString::fromLatin1(Info.isDir() ? "%1: is a directory, not a picture" : "%1: no such file").arg(FileName));
     return ExitUsage;
   }
   TSVGOptions Options = Document.GetOptions();
@@ -35,7 +39,14 @@ int LoadDocument(TSVGDocument &Document, const QString &FileName)
     Options.Exclude(soStandardSVG);
   Document.SetOptions(Options);
   try {
-    Document.LoadFromFile(FileName);
+    if (FromInput) {
+      QFile Input;
+      if (!Input.open(stdin, QIODevice::ReadOnly))
+        throw std::runtime_error("cannot read the standard input");
+      Document.LoadFromStream(Input);
+    } else {
+      Document.LoadFromFile(FileName);
+    }
   } catch (const std::exception &Error) {
     PrintError(QStringLiteral("%1: %2").arg(FileName, QString::fromUtf8(Error.what())));
     return ExitLoadFailed;

@@ -11,7 +11,7 @@ namespace vx::cli {
 // behaviour (--compatible).
 void SetStandardMode(bool On);
 
-// Loads FileName into Document, in the mode SetStandardMode chose. A missing file gives ExitUsage, a file the library refuses
+// Loads FileName ("-" for the standard input) into Document, in the mode SetStandardMode chose. A missing file gives ExitUsage, a file the library refuses
 // ExitLoadFailed; either way the reason is printed.
 int LoadDocument(TSVGDocument &Document, const QString &FileName);
 

@@ -2,6 +2,8 @@
 #include "Commands.h"
 #include "DocumentLoading.h"
 
+#include "vxsvg/VXSVGVersion.h"
+
 #include <QDir>
 #include <QFile>
 #include <QGuiApplication>
@@ -17,7 +19,8 @@ namespace {
 
 const TCommand Commands[] = {
   {"info", "info FILE", "print the element tree of FILE, one element a line, and the element count", RunInfo},
-  {"render", "render FILE OUT.png [opts]", "draw FILE into the PNG file OUT.png", RunRender},
+  {"render", "render FILE OUT.png [opts]", "draw FILE into OUT.png (or .jpg, .webp ...); several FILEs\n"
+   "                               with --out-dir DIR", RunRender},
   {"compare", "compare A.png B.png [--diff S]", "count the pixels that differ (over white, by more than 32/255);\n"
    "                               --diff writes B | A | the differing pixels in red to S.png", RunCompare},
   {"save", "save FILE OUT.svg [opts]", "load FILE and write it back as SVG (compact unless --full)", RunSave},
@@ -29,20 +32,13 @@ void PrintUsage(FILE *Stream)
   std::fputs("Usage: vxsvg COMMAND [ARGS...]\n\nCommands:\n", Stream);
   for (const TCommand &Command : Commands)
     std::fprintf(Stream, "  %-28s %s\n", Command.Synopsis, Command.Summary);
-  std::fputs("  --help, -h                   show this help\n\n"
+  std::fputs("  --help, -h                   show this help\n"
+             "  --version                    print the version\n\n"
              "Options of every command that reads a picture:\n"
              "  --compatible                 draw with the library's classic rules instead of SVG 1.1 as\n"
              "                               browsers draw it (the default; option soStandardSVG)\n\n"
-             "Options of render:\n"
-             "  --width W, --height H        output size in pixels (1 to 16384); without either, the\n"
-             "                               picture's own size (its view box, else its width and\n"
-             "                               height); with one, the other keeps the aspect ratio\n"
-             "  --wrap MODE                  how the picture fills the output: original (own size at\n"
-             "                               the top left), fit (shrunk to fit, centred), stretch (the\n"
-             "                               default), tile (own size, repeated), center (own size)\n"
-             "  --background COLOR           a colour keyword, #rgb, #rrggbb or rgb(...); default none\n"
-             "                               (transparent)\n"
-             "  --quality N                  PNG writer quality 0 to 100: lower compresses harder\n\n"
+             "Options of render: vxsvg render --help (sizes, zoom, dpi, wrap modes, background,\n"
+             "                               output to a folder or the standard output, parallel jobs)\n\n"
              "Options of save:\n"
              "  --full                       write default-valued sizes too (clears compact export)\n"
              "  --line-length N              wrap lines longer than N characters (above 32; path data)\n\n"
@@ -84,6 +80,10 @@ int main(int argc, char **argv)
   }
   if (Args[0] == QLatin1String("--help") || Args[0] == QLatin1String("-h")) {
     PrintUsage(stdout);
+    return ExitOk;
+  }
+  if (Args[0] == QLatin1String("--version")) {
+    std::printf("vxsvg %s\n", VXSVG_VERSION_STRING);
     return ExitOk;
   }
   for (const TCommand &Command : Commands)

@@ -9,6 +9,8 @@
 
 namespace vx {
 
+class TPropertyTable;
+
 class TObject
 {
 public:
@@ -31,6 +33,10 @@ public:
   // Copies Source into this object. The base asks Source to assign itself to this object, and
   // fails with EConvertError when neither side knows the other.
   virtual void Assign(const TPersistent *Source);
+
+  // The published properties of the object's class (platform/rtl/VXPropInfo.h); nil when it
+  // publishes none.
+  virtual const TPropertyTable *PublishedProperties() const { return nullptr; }
 
 protected:
   // Overridden by classes that can copy themselves into a foreign Dest; the base fails.

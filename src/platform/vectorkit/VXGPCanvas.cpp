@@ -114,6 +114,11 @@ int TVXGPCanvas::SaveState()
   return int(FStates.size()) - 1;
 }
 
+int TVXGPCanvas::NextStateToken() const
+{
+  return int(FStates.size());
+}
+
 void TVXGPCanvas::RestoreState(int Token)
 {
   if (Token < 0)

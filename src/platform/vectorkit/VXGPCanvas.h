@@ -147,6 +147,8 @@ public:
 
 private:
   struct TState;
+  // A layer points the canvas at its own painter for its span (platform/vectorkit/VXGPLayer.h).
+  friend class TVXGPLayer;
 
   QPainter *FPainter;
   std::unique_ptr<QPainter> FOwnPainter;
@@ -161,9 +163,13 @@ private:
   std::vector<TState> FStates;
   // The painter's transform when the canvas took it over; the canvas matrix applies on top of it.
   QTransform FBase;
+  // Pixels held by the open layers of this canvas.
+  std::int64_t FLayerPixels = 0;
 
   void Init();
   bool Active() const;
+  // The token the next SaveState will answer.
+  int NextStateToken() const;
   void Fill(const TVXGPPath &Path, float Opacity);
   void Stroke(const TVXGPPath &Path, float Opacity);
   void DrawImageRect(const TVXGPImage &Image, const TRectF &Dest, const TRectF &Source, float Alpha, TVXGPUnit Unit);
