@@ -53,6 +53,9 @@ TEST_F(StandardPaint, PaintsAsBrowsersDoOnlyInStandardMode)
       {"<g visibility='hidden'><rect width='20' height='20' visibility='visible'/></g>", NoColor, Black},
       {"<g display='none'><rect width='20' height='20' display='inline'/></g>", NoColor, NoColor},
       {"<a><rect width='20' height='20' fill='lime'/></a>", NoColor, Lime},
+      {"<defs><rect id='p' width='20' height='20' fill='context-fill'/></defs><use xlink:href='#p' fill='lime'/>",
+       Black, Lime},
+      {"<rect width='20' height='20' fill='context-fill'/>", Black, NoColor},
   };
   for (const Case &C : Cases) {
     SCOPED_TRACE(C.Body);
