@@ -164,6 +164,49 @@ TSVGPaintKeyword TSVGGraphicElement::PaintKeyword(TSVGStyleProperty Property) co
   return Property == ipFill ? Source->FFillKeyword : Source->FStrokeKeyword;
 }
 
+namespace {
+
+// The nearest ancestor that sets a paint context, and the context it sets.
+TSVGGraphicElement *ContextElementOf(const TSVGGraphicElement &Element)
+{
+  for (const TSVGGraphicElement *Up = Element.GetGraphicParent(); Up; Up = Up->GetGraphicParent())
+    if (TSVGGraphicElement *Context = Up->PaintContext())
+      return Context;
+  return nullptr;
+}
+
+template <typename TPaint, typename TSource>
+void TakePaint(TPaint &Paint, const TSource &Source)
+{
+  Paint.SetColor(Source.GetColor());
+  Paint.SetKind(Source.GetKind() == bkNone ? bkNone : bkSolid);
+  Paint.SetURI(Source.GetURI());
+}
+
+} // namespace
+
+template <typename TPaint>
+void TSVGGraphicElement::ResolvePaintKeyword(TSVGStyleProperty Property, TPaint &Paint)
+{
+  const TSVGPaintKeyword Keyword = PaintKeyword(Property);
+  if (Keyword == pkCurrentColor) {
+    Paint.SetColor(GetColor());
+    return;
+  }
+  if (Keyword != pkContextFill && Keyword != pkContextStroke)
+    return;
+  TSVGGraphicElement *Context = ContextElementOf(*this);
+  if (!Context)
+    Paint.SetKind(bkNone);
+  else if (Keyword == pkContextFill)
+    TakePaint(Paint, Context->GetBrush());
+  else
+    TakePaint(Paint, Context->GetPen());
+}
+
+template void TSVGGraphicElement::ResolvePaintKeyword(TSVGStyleProperty, TSVGBrush &);
+template void TSVGGraphicElement::ResolvePaintKeyword(TSVGStyleProperty, TSVGPen &);
+
 float TSVGGraphicElement::ParseOpacityStyle(const QString &Text, float Default, bool &IsInherited) const
 {
   if (!ReadsPaintAsCSS())

@@ -69,7 +69,7 @@ int GetTextRenderingHint(TSVGTextRendering TextRendering)
 
 bool TSVGGraphicElement::DoShouldDraw() const
 {
-  return GetVisible() && TSVGElement::DoShouldDraw();
+  return (SeparatesDisplayFromVisibility() ? FDisplayed : GetVisible()) && TSVGElement::DoShouldDraw();
 }
 
 void TSVGGraphicElement::Draw(TVXGPCanvas &Canvas, const TRectF &Rect)
@@ -90,7 +90,8 @@ void TSVGGraphicElement::InternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas
 
 void TSVGGraphicElement::DrawFrame(const TMatrix &Combined, TVXGPCanvas &Canvas, const TRectF &Rect)
 {
-  const bool DrawOwn = BeginDraw(Combined, Canvas, Rect);
+  // Under the standard road a hidden element still draws its children, which may be visible.
+  const bool DrawOwn = BeginDraw(Combined, Canvas, Rect) && ShowsOwnGeometry();
   // EndDraw restores the canvas, so it also runs when the element's own draw or a child fails.
   try {
     const std::unique_ptr<TVXGPLayer> Layer = OpenLayer(Canvas);

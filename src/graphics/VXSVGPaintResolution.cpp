@@ -64,8 +64,10 @@ void TSVGGraphicElement::MergeInheritedBrush(const TMatrix &Matrix, const TRectF
     if (Inherited.Contains(ipFillOpacity))
       FBrush->SetOpacity(ParentBrush.GetOpacity());
   }
-  if (PaintKeyword(ipFill) == pkCurrentColor)
-    FBrush->SetColor(GetColor());
+  const TSVGPaintKeyword Keyword = PaintKeyword(ipFill);
+  ResolvePaintKeyword(ipFill, *FBrush);
+  if (Keyword == pkContextFill || Keyword == pkContextStroke)
+    URI = FBrush->GetURI();
   ApplyPaintServer(URI, *FBrush, Matrix, Rect);
 }
 
@@ -127,8 +129,7 @@ TSVGPen &TSVGGraphicElement::GetPen(const TMatrix &Matrix, const TRectF &Rect)
   if (FPenChanged) {
     TSilentChange<TSVGPen> Silent(*FPen);
     MergeInheritedPen();
-    if (PaintKeyword(ipStroke) == pkCurrentColor)
-      FPen->SetColor(GetColor());
+    ResolvePaintKeyword(ipStroke, *FPen);
     TVXGPBrush &Inner = FPen->GetBrush();
     const TVXGPBrushKind Before = Inner.GetKind();
     Inner.SetKind(bkNone);

@@ -101,7 +101,7 @@ void TSVGGraphicElement::ApplyStyle(const TSVGStyle &Style)
   }
 
   Plain(ipVisibility, FVisible, ParseVisible);
-  Plain(ipDisplay, FVisible, ParseDisplay);
+  Plain(ipDisplay, SeparatesDisplayFromVisibility() ? FDisplayed : FVisible, ParseDisplay);
   Plain(ipAlignmentBaseline, FAlignmentBaseline, ParseAlignmentBaseline);
   ParseBaselineShift(Style.StyleProp(ipBaselineShift), *FBaselineShift);
   Plain(ipDominantBaseline, FDominantBaseline, ParseDominantBaseline);

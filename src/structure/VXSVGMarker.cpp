@@ -254,6 +254,14 @@ void TSVGMarker::Draw(TSVGGraphicElement &Element, const TPointF &Point, float A
   ConvertToMarkerCoords(Point, Angle, M, Canvas, R);
   TEnabledScope Enabled(*this, Element.IsEnabled());
   TVXGPCanvasStateGuard Guard(Canvas);
+  // The contents resolve their context paints again for each shape they mark; the shape is known
+  // for the span of the draw only.
+  FContext = &Element;
+  Reset();
+  struct TForgetContext {
+    TSVGGraphicElement *&Context;
+    ~TForgetContext() { Context = nullptr; }
+  } Forget{FContext};
   OverflowClipping(M, Canvas, R);
   InternalDraw(M, Canvas, R);
 }

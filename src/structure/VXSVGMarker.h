@@ -94,6 +94,8 @@ public:
   void AssignProperties(const TSVGElement *Source) override;
   // Units, sizes and reference point to their defaults; the orientation is left as it is.
   void Clear() override;
+  // The shape being marked, while a marker is drawn: the context of context-fill and context-stroke.
+  TSVGGraphicElement *PaintContext() const override { return FContext; }
 
 protected:
   // Clips to the marker's viewport: its view box, or its width and height from the origin of its
@@ -131,6 +133,7 @@ private:
   bool FAutomaticOrientation = false;
   // "auto-start-reverse" (standard mode): the start marker faces back along the path.
   bool FReversedAtStart = false;
+  TSVGGraphicElement *FContext = nullptr;
 };
 
 } // namespace vx

@@ -127,6 +127,8 @@ bool TSVGUse::DoShouldDraw() const
 {
   if (!HasFeatures() || !HasExtensions() || !HasLanguages())
     return false;
+  if (SeparatesDisplayFromVisibility() && !IsDisplayed())
+    return false;
   const TSVGGraphicElement *Shown = Target();
   if (!Shown)
     return true;

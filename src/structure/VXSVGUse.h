@@ -37,6 +37,8 @@ public:
   // The element the reference names, when it is a graphic element in the owner's table; else nil.
   // Looked up at every call, so a target that appears later is found.
   TSVGGraphicElement *Target() const;
+  // The use is the context of context-fill and context-stroke in what it shows.
+  TSVGGraphicElement *PaintContext() const override { return const_cast<TSVGUse *>(this); }
   // Target, unless lending it would repeat it inside itself (or nest too deep): then nil.
   TSVGGraphicElement *LendableTarget() const;
 

@@ -59,7 +59,7 @@ int TSVGCustomGroup::ReadChild(const IXMLNode &Node)
 {
   const TSVGElementType Type = ChildNodeType(Node);
   if (Type == etNone) {
-    if (Node.NodeType() == ntEntityRef)
+    if (Node.NodeType() == ntEntityRef || (DrawsLinksAsGroups() && Node.LocalName() == QLatin1String("a")))
       return AddChildOfType(etGroup, GetOwner());
     return TSVGGraphicElement::ReadChild(Node);
   }

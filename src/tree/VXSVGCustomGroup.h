@@ -28,6 +28,8 @@ protected:
   // an entity reference becomes a group that reads the entity's content; style elements feed the
   // owner's rule table.
   int ReadChild(const IXMLNode &Node) override;
+  // Whether the standard road reads a link (a) as a plain group of its content.
+  bool DrawsLinksAsGroups() const { return FollowsStandardSVG(); }
   // A group has no geometry of its own and is never hit by itself; with foFindGroups it stands for
   // the descendant that was hit (in nested groups the outermost answers). Both in
   // graphics/VXSVGHitTesting.cpp.

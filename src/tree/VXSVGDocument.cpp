@@ -356,9 +356,15 @@ bool TSVGDocument::SupportsLanguage(const QString &Language) const
   const QStringList Preferences = GetOptions().Contains(soUseLocaleForLanguage)
                                       ? QLocale::system().uiLanguages()
                                       : FPrefLanguages.ToStringList();
+  // Browsers compare the primary subtags only: "en-GB" is met by "en-US".
+  const auto Meets = [this](const QString &Preference, const QString &Token) {
+    if (!EvaluatesLanguageAsBrowsers())
+      return StartsText(Token, Preference);
+    return Token.section(u'-', 0, 0).compare(Preference.section(u'-', 0, 0), Qt::CaseInsensitive) == 0;
+  };
   for (const QString &Preference : Preferences)
     for (const QString &Token : Tokens)
-      if (StartsText(Token, Preference))
+      if (Meets(Preference, Token))
         return true;
   return false;
 }
@@ -482,7 +488,7 @@ int TSVGDocument::ReadChild(const IXMLNode &Node)
   const TSVGElementType Type = ChildNodeType(Node);
   TSVGDocument *Owner = FOwner ? FOwner : this;
   if (Type == etNone) {
-    if (Node.NodeType() == ntEntityRef)
+    if (Node.NodeType() == ntEntityRef || (DrawsLinksAsGroups() && Node.LocalName() == QLatin1String("a")))
       return AddChildOfType(etGroup, Owner);
     return TSVGGraphicElement::ReadChild(Node);
   }

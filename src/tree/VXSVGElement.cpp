@@ -156,6 +156,14 @@ bool TSVGElement::HasExtensions() const
 
 bool TSVGElement::HasLanguages() const
 {
+  // A root document answers for itself.
+  const TSVGDocument *Judge = FOwner ? FOwner : dynamic_cast<const TSVGDocument *>(this);
+  if (Judge && EvaluatesLanguageAsBrowsers()) {
+    for (int I = 0; I < FSystemLanguages.Count(); ++I)
+      if (Judge->SupportsLanguage(FSystemLanguages[I]))
+        return true;
+    return FSystemLanguages.Count() == 0;
+  }
   if (!FOwner)
     return true;
   bool Result = FLanguage.isEmpty() || FOwner->SupportsLanguage(FLanguage);

@@ -81,6 +81,9 @@ public:
   // the classic and the standard road has one small decision function named after what it decides,
   // and that function asks this.
   bool FollowsStandardSVG() const { return GetOptions().Contains(soStandardSVG); }
+  // Whether systemLanguage is evaluated as browsers do: lang takes no part, and a language is met by
+  // a preference with the same primary subtag ("en-GB" by "en-US").
+  bool EvaluatesLanguageAsBrowsers() const { return FollowsStandardSVG(); }
   virtual TSVGUnitFactors GetUnitFactors() const;
   QString GetFormatStr() const;
 

@@ -180,6 +180,8 @@ void TSVGGraphicElement::StoreProperty(T TSVGGraphicElement::*Field, TSVGStylePr
 
 bool TSVGGraphicElement::GetVisible() const
 {
+  if (SeparatesDisplayFromVisibility())
+    return InheritanceSource(ipVisibility)->FVisible;
   const TSVGGraphicElement *Source = this;
   while (Source->FGraphicParent && Source->FInherits.Value().Contains(ipDisplay) &&
          Source->FInherits.Value().Contains(ipVisibility))
@@ -628,6 +630,7 @@ void TSVGGraphicElement::AssignProperties(const TSVGElement *Source)
     FVisible = Graphic->FVisible;
     FColor = Graphic->FColor;
     FFillKeyword = Graphic->FFillKeyword;
+    FDisplayed = Graphic->FDisplayed;
     FStrokeKeyword = Graphic->FStrokeKeyword;
     FCursor = Graphic->FCursor;
     FMatrix = Graphic->FMatrix;
@@ -705,6 +708,7 @@ void TSVGGraphicElement::ResetToDefaults()
   FMarkerMidURI.clear();
   FMarkerEndURI.clear();
   FFillKeyword = FStrokeKeyword = pkAbsent;
+  FDisplayed = true;
 }
 
 void TSVGGraphicElement::Clear()

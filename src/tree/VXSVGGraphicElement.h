@@ -100,6 +100,18 @@ public:
   // and then by order, the style attribute above them, !important above all; transform and
   // transform-origin as properties; a transform that cannot be read is ignored.
   bool CascadesAsCSS() const { return FollowsStandardSVG(); }
+  // Whether display and visibility are two properties, as in CSS: display="none" hides the subtree,
+  // visibility inherits and hides only the geometry of the elements it reaches, so a child can
+  // show itself again in a hidden group.
+  bool SeparatesDisplayFromVisibility() const { return FollowsStandardSVG(); }
+  // Whether the element's own geometry is drawn: the classic road decided that in ShouldDraw.
+  bool ShowsOwnGeometry() const { return !SeparatesDisplayFromVisibility() || GetVisible(); }
+  // display is not none (the standard road; the classic one keeps display in Visible).
+  bool IsDisplayed() const { return FDisplayed; }
+
+  // The element whose paints context-fill and context-stroke name for the elements below this one
+  // (a use for its content, a marker for the shape it marks); nil when this element sets none.
+  virtual TSVGGraphicElement *PaintContext() const { return nullptr; }
 
   // The paints as resolved (inherited pieces merged); outside a load they resolve on first use.
   virtual TSVGBrush &GetBrush();
@@ -447,12 +459,17 @@ private:
   void ApplyCSSPaintStyle(const QString &Text, TSVGStyleProperty Property, TPaint &Paint, TSVGPaintKeyword &Keyword);
   // The keyword that the fill (ipFill) or stroke (ipStroke) resolves at use, inherited ones included.
   TSVGPaintKeyword PaintKeyword(TSVGStyleProperty Property) const;
+  // Puts what the keyword of the fill or stroke stands for into Paint: the colour for currentColor,
+  // the context element's paint (or none without one) for context-fill and context-stroke.
+  template <typename TPaint>
+  void ResolvePaintKeyword(TSVGStyleProperty Property, TPaint &Paint);
   float ParseOpacityStyle(const QString &Text, float Default, bool &IsInherited) const;
 
   TSVGGraphicElement *FGraphicParent = nullptr;
   // What fill and stroke name that is resolved at use (pkAbsent for a plain paint); standard road only.
   TSVGPaintKeyword FFillKeyword = pkAbsent;
   TSVGPaintKeyword FStrokeKeyword = pkAbsent;
+  bool FDisplayed = true;
   // Keeps the compositing declarations of the style attribute; presentation attributes of those
   // names are not honoured.
   void ReadCompositingStyle(const QString &StyleText);

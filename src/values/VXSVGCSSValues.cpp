@@ -27,7 +27,7 @@ bool TryComponent(const QString &Text, double Percent, double &Value)
   if (!TryStrToFloat(IsPercent ? T.chopped(1) : T, Value) || !std::isfinite(Value))
     return false;
   if (IsPercent)
-    Value *= Percent / 100.0;
+    Value = Value * Percent / 100.0;
   return true;
 }
 
