@@ -132,7 +132,8 @@ void TSVGGraphicElement::AddToStandardClipRegion(TVXGPRegion &Region, const TMat
 
 void TSVGGraphicElement::AddStandardClipGeometry(TVXGPRegion &Region, const TMatrix &Matrix)
 {
-  if (TVXGPPath *Shape = GetShape(); Shape && Shape->Count() > 0) {
+  // A hidden element adds nothing of its own; its children may still be visible.
+  if (TVXGPPath *Shape = GetVisible() ? GetShape() : nullptr; Shape && Shape->Count() > 0) {
     const std::unique_ptr<TVXGPPath> Copy = Shape->Clone();
     SetClipFillMode(*Copy, GetClipRule());
     Copy->ApplyMatrix(Matrix);
@@ -198,6 +199,9 @@ bool TSVGGraphicElement::DrawMasked(TSVGGraphicElement &, const TMatrix &, TVXGP
 
 bool TSVGGraphicElement::DrawnThroughMask(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)
 {
+  // The parts of a text are drawn by the text as a whole, which a mask of theirs cannot cut.
+  if (SVGType() == etTSpan || SVGType() == etTRef || SVGType() == etTextPath)
+    return false;
   TSVGGraphicElement *Mask = GetMaskURIElement();
   return Mask && Mask->DrawMasked(*this, Matrix, Canvas, Rect);
 }
