@@ -16,16 +16,6 @@ class StandardLayers : public TPictureTest
 {
 protected:
   StandardLayers() : TPictureTest(40) {}
-
-  QImage RenderIn(bool Standard, const QString &Body)
-  {
-    TSVGOptions Options = DefaultSVGOptions;
-    if (Standard)
-      Options.Include(soStandardSVG);
-    Document.SetOptions(Options);
-    Load(Body);
-    return Render();
-  }
 };
 
 struct TOverlapCase

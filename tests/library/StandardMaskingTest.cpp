@@ -32,11 +32,6 @@ struct TMaskingCase
 class StandardMasking : public TPictureTest
 {
 protected:
-  void LoadIn(bool Standard, const QString &Body)
-  {
-    Document.SetOptions(Standard ? DefaultSVGOptions | soStandardSVG : DefaultSVGOptions);
-    Load(Body);
-  }
   void ExpectProbes(const std::vector<TProbe> &Probes)
   {
     const QImage Image = Render();

@@ -36,15 +36,6 @@ class StandardPaintServers : public TPictureTest
 protected:
   StandardPaintServers() : TPictureTest(40) {}
 
-  QImage RenderIn(bool Standard, const QString &Body)
-  {
-    TSVGOptions Options = DefaultSVGOptions;
-    if (Standard)
-      Options.Include(soStandardSVG);
-    Document.SetOptions(Options);
-    Load(Body);
-    return Render();
-  }
 
   template <std::size_t N>
   void ExpectProbes(const TProbeCase (&Cases)[N])

@@ -32,9 +32,7 @@ protected:
   {
     for (const bool Standard : {false, true}) {
       SCOPED_TRACE(std::string(Case.Name) + (Standard ? " (standard)" : " (documented)"));
-      Document.SetOptions(Standard ? DefaultSVGOptions | soStandardSVG : DefaultSVGOptions);
-      Load(QString::fromUtf8(Case.Body));
-      const QImage Image = Render();
+      const QImage Image = RenderIn(Standard, QString::fromUtf8(Case.Body));
       for (const TProbe &Probe : Standard ? Case.Standard : Case.Documented)
         EXPECT_EQ(Image.pixel(Probe.X, Probe.Y), Probe.Expected) << "at " << Probe.X << ", " << Probe.Y;
     }

@@ -34,6 +34,17 @@ protected:
                               .arg(FSize)
                               .arg(Body));
   }
+  // Body loaded with the classic rules, or under soStandardSVG.
+  void LoadIn(bool Standard, const QString &Body)
+  {
+    Document.SetOptions(Standard ? DefaultSVGOptions | soStandardSVG : DefaultSVGOptions);
+    Load(Body);
+  }
+  QImage RenderIn(bool Standard, const QString &Body)
+  {
+    LoadIn(Standard, Body);
+    return Render();
+  }
   QImage Render()
   {
     QImage Image(FSize, FSize, QImage::Format_ARGB32_Premultiplied);
