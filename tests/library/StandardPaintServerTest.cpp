@@ -36,7 +36,6 @@ class StandardPaintServers : public TPictureTest
 protected:
   StandardPaintServers() : TPictureTest(40) {}
 
-
   template <std::size_t N>
   void ExpectProbes(const TProbeCase (&Cases)[N])
   {
