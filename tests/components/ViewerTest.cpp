@@ -3,6 +3,8 @@
 
 #include "../examples/viewer/ViewerWindow.h"
 
+#include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
@@ -31,6 +33,27 @@ TEST(ViewerTest, ClickSelectsTheShapeAndAnEditRedrawsIt)
   Window.SetStandardSVG(false);
   EXPECT_FALSE(Window.Document().SVG().FollowsStandardSVG());
   EXPECT_EQ(Shot(Screen).pixel(128, 40), Blue) << "the edit survives the change of mode";
+}
+
+TEST(ViewerTest, TheBackgroundSwitchShowsThePictureThroughTheThreadImage)
+{
+  TViewerWindow Window;
+  Window.SetZoom(1);
+  Window.show();
+  Window.SetBackgroundRendering(true);
+  ASSERT_TRUE(Window.OpenFile(qEnvironmentVariable("VXSVG_EXAMPLES") + QStringLiteral("/shapes.svg")));
+  TVXSVGThreadImage &Image = Window.ThreadImage();
+  EXPECT_TRUE(Window.BusyIndicatorShown());
+  QElapsedTimer Timer;
+  Timer.start();
+  while (Image.Busy() && Timer.elapsed() < 20000)
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+  EXPECT_FALSE(Window.BusyIndicatorShown());
+  ASSERT_EQ(Image.size(), QSize(240, 160));
+  EXPECT_EQ(Shot(Image).pixel(128, 40), Shot(Window.Screen()).pixel(128, 40));
+  QTest::mouseClick(&Image, Qt::LeftButton, {}, QPoint(128, 40));
+  ASSERT_NE(Window.SelectedElement(), nullptr);
+  EXPECT_EQ(Window.SelectedElement()->ID(), QStringLiteral("sun")) << "the element of the window's document";
 }
 
 TEST(ViewerTest, LoadErrorsAreShownInTheWindow)
