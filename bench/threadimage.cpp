@@ -44,7 +44,7 @@ const vx::TStringList &Lines()
 void WaitWhileBusy(vx::TVXSVGThreadImage &Image)
 {
   while (Image.Busy())
-    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
 double Seconds(std::chrono::steady_clock::duration D)

@@ -7,6 +7,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -44,10 +45,12 @@ TEST(ViewerTest, TheBackgroundSwitchShowsThePictureThroughTheThreadImage)
   ASSERT_TRUE(Window.OpenFile(qEnvironmentVariable("VXSVG_EXAMPLES") + QStringLiteral("/shapes.svg")));
   TVXSVGThreadImage &Image = Window.ThreadImage();
   EXPECT_TRUE(Window.BusyIndicatorShown());
+  QTimer Tick;
+  Tick.start(50);
   QElapsedTimer Timer;
   Timer.start();
   while (Image.Busy() && Timer.elapsed() < 20000)
-    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
   EXPECT_FALSE(Window.BusyIndicatorShown());
   ASSERT_EQ(Image.size(), QSize(240, 160));
   EXPECT_EQ(Shot(Image).pixel(128, 40), Shot(Window.Screen()).pixel(128, 40));
