@@ -4,8 +4,6 @@
 #include "tree/VXSVGGraphicElement.h"
 #include "values/VXSVGDataURI.h"
 
-#include <QBuffer>
-
 #include <algorithm>
 #include <cmath>
 
@@ -49,6 +47,30 @@ private:
   TSVGDocumentDefaults FDefaults;
   // The control ends the server before it goes, so the lock outlives every job that holds it.
   std::mutex &FDocumentLock;
+};
+
+// Loads the control's lines. They are text already, so they are read as text: a stream of their
+// bytes would be decoded again by whatever encoding their XML declaration names.
+class TTextLoadJob : public TSVGLoadJob
+{
+public:
+  TTextLoadJob(QString Text, TSVGDocumentPtr SVG)
+      : TSVGLoadJob(std::unique_ptr<QIODevice>(), std::move(SVG)), FText(std::move(Text))
+  {
+  }
+
+  bool Execute() override
+  {
+    try {
+      SVG()->LoadFromText(FText);
+      return true;
+    } catch (...) {
+      return false;
+    }
+  }
+
+private:
+  QString FText;
 };
 
 } // namespace
@@ -245,10 +267,7 @@ void TVXSVGThreadImage::LoadSVG()
   if (!FFilename.isEmpty()) {
     Job = std::make_unique<TSVGLoadJob>(FFilename, Document);
   } else {
-    auto Stream = std::make_unique<QBuffer>();
-    Stream->setData(FLines.Text().toUtf8());
-    Stream->open(QIODevice::ReadOnly);
-    Job = std::make_unique<TSVGLoadJob>(std::move(Stream), Document);
+    Job = std::make_unique<TTextLoadJob>(FLines.Text(), Document);
   }
   ClearPendingJobs(nullptr);
   FSVG.reset();

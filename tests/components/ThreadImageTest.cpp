@@ -153,6 +153,15 @@ TEST_F(ThreadImageTest, OfTwoFileNamesInARowTheLaterWins)
   EXPECT_THROW(Image.SetFilename(Dir.filePath(QStringLiteral("missing.svg"))), EFOpenError);
 }
 
+TEST_F(ThreadImageTest, LinesAreReadAsTheTextTheyAreWhateverEncodingTheyDeclare)
+{
+  SetText(Image, QStringLiteral("<?xml version='1.0' encoding='ISO-8859-1'?>"
+                                "<svg xmlns='http://www.w3.org/2000/svg'><rect id='caf\u00e9' width='9' height='9'/></svg>"));
+  ASSERT_TRUE(Settled());
+  ASSERT_NE(Image.SVG(), nullptr);
+  EXPECT_NE(Image.SVG()->FindElement(QStringLiteral("caf\u00e9")), nullptr);
+}
+
 TEST_F(ThreadImageTest, AControlWithoutAreaGetsNoBitmapButSettles)
 {
   Image.resize(0, 30);
