@@ -13,13 +13,13 @@
 
 namespace vx {
 
-namespace {
-
 const QStringList WrapModeNames = {QStringLiteral("iwOriginal"), QStringLiteral("iwFit"), QStringLiteral("iwStretch"),
                                    QStringLiteral("iwTile"), QStringLiteral("iwCenter")};
 const QStringList FindOptionNames = {QStringLiteral("foFindHiddenElements"), QStringLiteral("foFindGroups"),
                                      QStringLiteral("foFindNoRecursion"), QStringLiteral("foUseBoundingBox"),
                                      QStringLiteral("foFindNonFilled"), QStringLiteral("foFindDisabled")};
+
+namespace {
 
 bool IsIdentity(const TMatrix &M)
 {

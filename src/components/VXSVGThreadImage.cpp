@@ -112,6 +112,54 @@ TVXSVGThreadImage::~TVXSVGThreadImage()
   Destroying();
 }
 
+const TPropertyTable &TVXSVGThreadImage::Properties()
+{
+  using C = TVXSVGThreadImage;
+  static const TPropertyTable Table(&TVXCustomTransparentGraphicControl::Properties(), {
+    PublishedObject<C>(QStringLiteral("DefaultAspectRatio"), QStringLiteral("TSVGPreserveAspectRatio"),
+                       [](C &Control) -> TPersistent & { return Control.DefaultAspectRatio(); }),
+    PublishedValue<C>(QStringLiteral("DefaultColorInterpolation"), tkEnumeration,
+                      QStringLiteral("TSVGColorInterpolation"), &C::DefaultColorInterpolation,
+                      &C::SetDefaultColorInterpolation, StoredUnless<C>(&C::DefaultColorInterpolation, sciSRGB),
+                      ColorInterpolationNames),
+    PublishedValue<C>(QStringLiteral("DefaultColorRendering"), tkEnumeration, QStringLiteral("TSVGColorRendering"),
+                      &C::DefaultColorRendering, &C::SetDefaultColorRendering,
+                      StoredUnless<C>(&C::DefaultColorRendering, clrnAuto), ColorRenderingNames),
+    PublishedValue<C>(QStringLiteral("DefaultShapeRendering"), tkEnumeration, QStringLiteral("TSVGShapeRendering"),
+                      &C::DefaultShapeRendering, &C::SetDefaultShapeRendering,
+                      StoredUnless<C>(&C::DefaultShapeRendering, srnAuto), ShapeRenderingNames),
+    PublishedValue<C>(QStringLiteral("DefaultTextRendering"), tkEnumeration, QStringLiteral("TSVGTextRendering"),
+                      &C::DefaultTextRendering, &C::SetDefaultTextRendering,
+                      StoredUnless<C>(&C::DefaultTextRendering, txrnAuto), TextRenderingNames),
+    PublishedValue<C>(QStringLiteral("DPI"), tkInteger, QStringLiteral("Integer"), &C::DPI, &C::SetDPI,
+                      StoredUnless<C>(&C::DPI, 96)),
+    PublishedValue<C>(QStringLiteral("Opacity"), tkFloat, QStringLiteral("Single"), &C::Opacity, &C::SetOpacity,
+                      StoredUnless<C>(&C::Opacity, 1.0f)),
+    PublishedValue<C>(QStringLiteral("Options"), tkSet, QStringLiteral("TSVGOptions"), &C::Options, &C::SetOptions,
+                      StoredUnless<C>(&C::Options, DefaultSVGOptions), OptionNames),
+    PublishedValue<C>(QStringLiteral("Quality"), tkInteger, QStringLiteral("Integer"), &C::Quality, &C::SetQuality,
+                      StoredUnless<C>(&C::Quality, 1)),
+    PublishedValue<C>(QStringLiteral("CursorTracking"), tkBoolean, QStringLiteral("Boolean"), &C::CursorTracking,
+                      &C::SetCursorTracking, StoredUnless<C>(&C::CursorTracking, false)),
+    PublishedObject<C>(QStringLiteral("Transform"), QStringLiteral("TVXTransform"),
+                       [](C &Control) -> TPersistent & { return Control.Transform(); }),
+    PublishedValue<C>(QStringLiteral("Filename"), tkString, QStringLiteral("string"), &C::Filename, &C::SetFilename,
+                      StoredUnless<C>(&C::Filename, QString())),
+    PublishedValue<C>(QStringLiteral("SVGRootID"), tkString, QStringLiteral("string"), &C::SVGRootID,
+                      &C::SetSVGRootID, StoredUnless<C>(&C::SVGRootID, QString())),
+    PublishedObject<C>(QStringLiteral("Lines"), QStringLiteral("TStrings"),
+                       [](C &Control) -> TPersistent & { return Control.Lines(); },
+                       std::function<bool(const C &)>([](const C &Control) { return !Control.FLines.IsEmpty(); })),
+    PublishedValue<C>(QStringLiteral("WrapMode"), tkEnumeration, QStringLiteral("TSVGImageWrapMode"), &C::WrapMode,
+                      &C::SetWrapMode, StoredUnless<C>(&C::WrapMode, iwFit), WrapModeNames),
+    PublishedValue<C>(QStringLiteral("ScaleOriginal"), tkFloat, QStringLiteral("Single"), &C::ScaleOriginal,
+                      &C::SetScaleOriginal, StoredUnless<C>(&C::ScaleOriginal, 1.0f)),
+    PublishedValue<C>(QStringLiteral("FindOptions"), tkSet, QStringLiteral("TSVGFindOptions"), &C::FindOptions,
+                      &C::SetFindOptions, StoredUnless<C>(&C::FindOptions, TSVGFindOptions()), FindOptionNames),
+  });
+  return Table;
+}
+
 TMatrix TVXSVGThreadImage::GetAbsoluteMatrix() const
 {
   const TMatrix Own = FTransform.Matrix();

@@ -45,6 +45,8 @@ public:
   // with its document reference; only then the bitmap and the document go.
   ~TVXSVGThreadImage() override;
   QString ClassName() const override { return QStringLiteral("TVXSVGThreadImage"); }
+  static const TPropertyTable &Properties();
+  const TPropertyTable *PublishedProperties() const override { return &Properties(); }
 
   // The transform's matrix, times the parent's absolute matrix when the parent provides one.
   TMatrix GetAbsoluteMatrix() const override;
