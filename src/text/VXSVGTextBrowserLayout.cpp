@@ -64,6 +64,13 @@ const TSVGStylePropertyAutoLength *InheritedSpacing(const TSVGGraphicElement &El
   return nullptr;
 }
 
+// A spacing in user units. A percentage is of the viewport's width; the length keeps it as the
+// number written, so its value over that width is a hundred times too large.
+float SpacingValue(const TSVGStylePropertyAutoLength &Spacing)
+{
+  return Spacing.IsPercent() ? Spacing.GetValue() / 100 : Spacing.GetValue();
+}
+
 // A text property written on Element or, as browsers inherit it, on its nearest text ancestor.
 QString InheritedProperty(const TSVGCustomText &Element, QString TSVGBrowserTextProperties::*Property,
                           const TSVGBrowserTextProperties &(*Of)(const TSVGCustomText &))
@@ -324,6 +331,9 @@ void TSVGBrowserTextLayout::Collect(TSVGCustomText &Element, TSVGTextPath *Path)
   const int Begin = int(FChars.size());
   const std::size_t Range = FRanges.size();
   FRanges.push_back({&Element, Begin, Begin});
+  // A part that is not displayed takes no room and no place in the lists.
+  if (!Element.IsDisplayed())
+    return;
   const QString Text = Element.GetText();
   for (int I = 0; I < Text.size(); ++I) {
     char32_t Code = Text.at(I).unicode();
@@ -457,13 +467,15 @@ const TSVGBrowserTextLayout::TStyle &TSVGBrowserTextLayout::StyleOf(TSVGCustomTe
     Style.Query.Variations.insert(Style.Query.Variations.begin(), {QByteArray("opsz"), Style.Size});
     Style.Face = TVXTextEngine::MatchFont(Style.Query);
   }
-  Style.Kerning = !InheritedSpacing(*Owner, &TSVGGraphicElement::Kerning) &&
+  const TSVGStylePropertyAutoLength *Kerning = InheritedSpacing(*Owner, &TSVGGraphicElement::Kerning);
+  // Browsers take a kerning length as turning the font's kerning off, and ignore a percentage.
+  Style.Kerning = (!Kerning || Kerning->IsPercent()) &&
                   InheritedProperty(*Owner, &TSVGBrowserTextProperties::FontKerning, Properties) != QLatin1String("none");
   Style.SmallCaps = Font.GetFontVariant() == fvSmallCaps && Style.Face->HasSmallCaps();
   if (const TSVGStylePropertyAutoLength *Spacing = InheritedSpacing(*Owner, &TSVGGraphicElement::LetterSpacing))
-    Style.LetterSpacing = Spacing->GetValue();
+    Style.LetterSpacing = SpacingValue(*Spacing);
   if (const TSVGStylePropertyAutoLength *Spacing = InheritedSpacing(*Owner, &TSVGGraphicElement::WordSpacing))
-    Style.WordSpacing = Spacing->GetValue();
+    Style.WordSpacing = SpacingValue(*Spacing);
   const TVXFontMetrics &M = Style.Face->Metrics();
   const double S = Scale(*Style.Face, Style.Size);
   TSVGAlignmentBaseline Alignment = Owner->Inherits().Value().Contains(ipAlignmentBaseline)
