@@ -43,13 +43,14 @@ struct TOutcome
 };
 
 // Loads Text, then draws it into a small bitmap, hit-tests a few points, measures and saves it.
-TOutcome Exercise(const QString &Text)
+TOutcome Exercise(const QString &Text, TSVGOptions Options = DefaultSVGOptions)
 {
   TOutcome Result;
   QElapsedTimer Timer;
   Timer.start();
   try {
     TSVGDocument Document;
+    Document.SetOptions(Options);
     Document.LoadFromText(Text);
     TVXGPBitmap Bitmap(48, 48);
     DrawSVGToBitmap(Bitmap, &Document, 1, true);
@@ -349,6 +350,18 @@ TEST(HostileValues, AMillionSegmentPathDraws)
   TVXGPBitmap Bitmap(32, 32);
   DrawSVGToBitmap(Bitmap, &Document, 1, true);
   EXPECT_LT(Timer.elapsed(), TimeLimitMs);
+}
+
+TEST(HostileValues, ATextOfManySpansLaysOutInLinearTime)
+{
+  // Layout once walked the whole text for every span it placed.
+  const QString Text = Svg(QStringLiteral("<text x='1' y='20' text-decoration='underline'>%1</text>")
+                             .arg(QStringLiteral("<tspan>a</tspan>").repeated(10000)));
+  for (const TSVGOptions Options : {DefaultSVGOptions, DefaultSVGOptions | soStandardSVG}) {
+    const TOutcome Outcome = Exercise(Text, Options);
+    EXPECT_FALSE(Outcome.Failed) << Outcome.Message.toStdString();
+    EXPECT_LT(Outcome.Elapsed, TimeLimitMs);
+  }
 }
 
 TEST(HostileValues, RastersBeyondTheSizeLimitAreRefused)
