@@ -147,6 +147,7 @@ void TSVGGraphicElement::ApplyStyle(const TSVGStyle &Style)
   ApplyMarkerStyle(Style);
   ApplyMaskStyle(Style);
   ApplyCompositingStyle(Style);
+  ApplyPaintOrderStyle(Style);
 }
 
 bool TSVGGraphicElement::KeepsZeroLengthDashes() const
