@@ -71,6 +71,11 @@ public:
   void Clear() override;
 
 protected:
+  // An image control shows the bitmap; then the inherited copy.
+  void AssignTo(TPersistent *Dest) const override;
+  // The control covers the element's rectangle under Matrix.
+  void DoModifyControl(IVXHostControl *Control, TMatrix &Matrix, TRectF &Rect,
+                       const TSVGControlElementEvent &Callback) override;
   void DoLoadFromXML(const IXMLNode &Node) override;
   // The view box when one was given, else the aspect ratio; the rectangle; the reference as read.
   void DoSaveToXML(const IXMLNode &Node) override;
