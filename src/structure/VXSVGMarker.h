@@ -68,6 +68,10 @@ public:
   virtual void Draw(TSVGGraphicElement &Element, const TPointF &Point, float Angle, const TMatrix &Matrix,
                     TVXGPCanvas &Canvas, const TRectF &Rect);
   using TSVGCustomViewBox::Draw;
+  // Generates the contents' controls into Control where the Draw...Marker operations draw them.
+  void GenerateMarker(TSVGGraphicElement &Element, int Position, const TPointF &P1, const TPointF &P2,
+                      const TPointF &P3, IVXHostControl *Control, const TMatrix &Matrix, TVXGPCanvas &Canvas,
+                      const TRectF &Rect, const TSVGControlElementEvent &Callback);
 
   // Hit testing of the marker placed as Draw places it: the element of its contents under TestPoint.
   virtual TSVGGraphicElement *MarkerAtPos(const TPointF &Point, float Angle, const TMatrix &Matrix,
