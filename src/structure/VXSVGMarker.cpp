@@ -219,6 +219,13 @@ bool TSVGMarker::EndAngle(const TPointF &P1, const TPointF &P2, float &Angle) co
   return !FAutomaticOrientation || SegmentAngle(P1, P2, Angle);
 }
 
+float TSVGMarker::TurnAt(float PathAngle, bool AtStart) const
+{
+  if (!FAutomaticOrientation)
+    return FixedAngle();
+  return AtStart && FReversedAtStart ? PathAngle + float(std::numbers::pi) : PathAngle;
+}
+
 void TSVGMarker::DrawStartMarker(TSVGGraphicElement &Element, const TPointF &P1, const TPointF &P2,
                                  const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)
 {
@@ -274,12 +281,20 @@ void TSVGMarker::GenerateMarker(TSVGGraphicElement &Element, int Position, const
   float Angle = 0;
   const bool Placed = Position == 0 ? StartAngle(P1, P2, Angle)
                                     : Position == 1 ? MidAngle(P1, P2, P3, Angle) : EndAngle(P1, P2, Angle);
+  if (Placed)
+    GenerateMarkerAt(Element, Position == 0 ? P1 : P2, Angle, Control, Matrix, Canvas, Rect, Callback);
+}
+
+void TSVGMarker::GenerateMarkerAt(TSVGGraphicElement &Element, const TPointF &Point, float Angle,
+                                  IVXHostControl *Control, const TMatrix &Matrix, TVXGPCanvas &Canvas,
+                                  const TRectF &Rect, const TSVGControlElementEvent &Callback)
+{
   TStackScope Scope(ActiveMarkers, *this, MaxMarkerNesting);
-  if (!Placed || !Scope.Entered() || IsCollapsed())
+  if (!Scope.Entered() || IsCollapsed())
     return;
   TMatrix M = Matrix;
   TRectF R = Rect;
-  ConvertToMarkerCoords(Position == 0 ? P1 : P2, Angle, M, Canvas, R);
+  ConvertToMarkerCoords(Point, Angle, M, Canvas, R);
   FContext = &Element;
   Reset();
   struct TForgetContext {

@@ -232,6 +232,11 @@ protected:
 
   // The box of all outlines of the text tree; false while they are stale or there are none.
   bool OutlineBounds(TRectF &Box) const;
+  // The outermost element keeps the box of the whole tree from its last layout, since every part
+  // asks for it when it draws and a walk per part would make many spans cost quadratic time.
+  bool FOutlineBoxKnown = false;
+  bool FOutlineBoxFound = false;
+  TRectF FOutlineBox;
   // The layout rectangle of a run of Width by Align around a baseline at 0.
   static TRectF TextLayoutRect(TSVGTextAlign Align, float Width, float Ascent, float Descent);
 
