@@ -5,6 +5,7 @@
 #include "tree/VXSVGCustomViewBox.h"
 #include "tree/VXSVGDocument.h"
 #include "tree/VXSVGGraphicElement.h"
+#include "values/VXSVGFontShorthand.h"
 #include "values/VXSVGTransforms.h"
 #include "values/VXSVGNumbers.h"
 
@@ -33,6 +34,17 @@ bool IsImportant(const QString &Value, QString &Stripped)
   return true;
 }
 
+// One declaration over those of Into; a shorthand sets the longhands it stands for.
+void SetDeclaration(TSVGStyle &Into, const QString &Name, const QString &Value)
+{
+  if (Name != QLatin1String("font")) {
+    Into.SetValues(Name, Value);
+    return;
+  }
+  for (const auto &[Longhand, LonghandValue] : ExpandFontShorthand(Value))
+    Into.SetValues(Longhand, LonghandValue);
+}
+
 // Copies the normal, or the important, declarations of From over those of Into.
 void AddDeclarations(TSVGStyle &Into, const TSVGStyle &From, bool Important)
 {
@@ -40,7 +52,7 @@ void AddDeclarations(TSVGStyle &Into, const TSVGStyle &From, bool Important)
     const QString Value = From.ValueFromIndex(I);
     QString Stripped;
     if (IsImportant(Value, Stripped) == Important)
-      Into.SetValues(From.Names(I), Important ? Stripped : Value);
+      SetDeclaration(Into, From.Names(I), Important ? Stripped : Value);
   }
 }
 

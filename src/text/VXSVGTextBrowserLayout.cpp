@@ -39,6 +39,14 @@ int NumericWeight(const TSVGGraphicElement &Element)
   }
 }
 
+// A family name without the quotes around it: the list keeps them on names written after a blank.
+QString Unquoted(const QString &Family)
+{
+  const bool Quoted = Family.size() >= 2 && (Family.front() == u'\'' || Family.front() == u'"') &&
+                      Family.back() == Family.front();
+  return Quoted ? Family.mid(1, Family.size() - 2).trimmed() : Family;
+}
+
 // The family list that Element uses: its own, or that of the nearest ancestor that has one.
 QStringList FamiliesOf(const TSVGGraphicElement &Element)
 {
@@ -48,7 +56,7 @@ QStringList FamiliesOf(const TSVGGraphicElement &Element)
   QStringList Result;
   const TStrings &Families = const_cast<TSVGGraphicElement *>(Source)->GetFont().Families();
   for (int I = 0; I < Families.Count(); ++I)
-    if (const QString Family = Families[I].trimmed(); !Family.isEmpty())
+    if (const QString Family = Unquoted(Families[I].trimmed()); !Family.isEmpty())
       Result.append(Family);
   return Result;
 }
