@@ -261,6 +261,19 @@ private:
   void UniteOutlineBounds(TRectF &Box, bool &Found) const;
 };
 
+class TSVGText;
+
+// The control generated for a text: it draws a copy of the text, which keeps the look the text had
+// in its tree, under the matrix that takes the text to the control's pixels.
+class IVXSVGTextControl
+{
+public:
+  virtual ~IVXSVGTextControl() = default;
+  // Takes Value, a copy without document.
+  virtual void SetSVGText(std::unique_ptr<TSVGText> Value) = 0;
+  virtual void SetTextMatrix(const TMatrix &Value) = 0;
+};
+
 // The "text" element: the outermost element of a text tree, which lays out and anchors everything
 // below it.
 class TSVGText : public TSVGCustomText
@@ -286,6 +299,11 @@ public:
 
 protected:
   int ReadChild(const IXMLNode &Node) override;
+  // A text control takes a copy of the text; then the inherited copy.
+  void AssignTo(TPersistent *Dest) const override;
+  // A text control covers the text's bounds under Matrix and draws the copy at that place.
+  void DoModifyControl(IVXHostControl *Control, TMatrix &Matrix, TRectF &Rect,
+                       const TSVGControlElementEvent &Callback) override;
   TSVGGraphicElement *PathAtPos(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TPointF &Point,
                                 const TRectF &Rect, const TVXGPPath &Path, TSVGFindOptions Options) override;
 };
