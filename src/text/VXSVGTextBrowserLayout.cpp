@@ -750,26 +750,26 @@ const TSVGBrowserTextLayout::TFlowPath &TSVGBrowserTextLayout::FlowPathOf(TSVGTe
 
 bool TSVGBrowserTextLayout::TFlowPath::At(double Distance, QPointF &Point, double &Angle) const
 {
-  if (Distance < 0 || Distance > Length)
+  if (Distance < 0 || Distance > Length || Segments.empty())
     return false;
-  for (const TSegment &S : Segments) {
-    const double Own = S.Lengths.back();
-    if (Distance > S.Start + Own && &S != &Segments.back())
-      continue;
-    const double D = std::clamp(Distance - S.Start, 0.0, Own);
-    const auto Step = std::lower_bound(S.Lengths.begin(), S.Lengths.end(), D);
-    const std::size_t K = std::max<std::size_t>(1, std::size_t(Step - S.Lengths.begin()));
-    const double L0 = S.Lengths[std::min(K, S.Lengths.size() - 1) - 1], L1 = S.Lengths[std::min(K, S.Lengths.size() - 1)];
-    const double Steps = double(S.Lengths.size() - 1);
-    const double T = std::clamp((double(K - 1) + (L1 > L0 ? (D - L0) / (L1 - L0) : 0)) / Steps, 0.0, 1.0);
-    Point = CubicPoint(S, T);
-    QPointF Tangent = CubicTangent(S, T);
-    if (Tangent.isNull())
-      Tangent = S.P3 - S.P0;
-    Angle = std::atan2(Tangent.y(), Tangent.x()) * 180 / M_PI;
-    return true;
-  }
-  return false;
+  // The first segment that reaches Distance, found by halving: long paths carry long texts.
+  const auto Found = std::partition_point(Segments.begin(), Segments.end() - 1, [Distance](const TSegment &S) {
+    return Distance > S.Start + S.Lengths.back();
+  });
+  const TSegment &S = *Found;
+  const double Own = S.Lengths.back();
+  const double D = std::clamp(Distance - S.Start, 0.0, Own);
+  const auto Step = std::lower_bound(S.Lengths.begin(), S.Lengths.end(), D);
+  const std::size_t K = std::max<std::size_t>(1, std::size_t(Step - S.Lengths.begin()));
+  const double L0 = S.Lengths[std::min(K, S.Lengths.size() - 1) - 1], L1 = S.Lengths[std::min(K, S.Lengths.size() - 1)];
+  const double Steps = double(S.Lengths.size() - 1);
+  const double T = std::clamp((double(K - 1) + (L1 > L0 ? (D - L0) / (L1 - L0) : 0)) / Steps, 0.0, 1.0);
+  Point = CubicPoint(S, T);
+  QPointF Tangent = CubicTangent(S, T);
+  if (Tangent.isNull())
+    Tangent = S.P3 - S.P0;
+  Angle = std::atan2(Tangent.y(), Tangent.x()) * 180 / M_PI;
+  return true;
 }
 
 void TSVGBrowserTextLayout::PlaceOnPath(TSVGTextPath &TextPath, double Offset, std::vector<TCluster> &Clusters)
