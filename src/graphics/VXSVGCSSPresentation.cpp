@@ -6,6 +6,7 @@
 #include "tree/VXSVGDocument.h"
 #include "tree/VXSVGGraphicElement.h"
 #include "tree/VXSVGRuleIndex.h"
+#include "values/VXSVGFontShorthand.h"
 #include "values/VXSVGTransforms.h"
 #include "values/VXSVGNumbers.h"
 
@@ -34,6 +35,17 @@ bool IsImportant(const QString &Value, QString &Stripped)
   return true;
 }
 
+// One declaration over those of Into; a shorthand sets the longhands it stands for.
+void SetDeclaration(TSVGStyle &Into, const QString &Name, const QString &Value)
+{
+  if (Name != QLatin1String("font")) {
+    Into.SetValues(Name, Value);
+    return;
+  }
+  for (const auto &[Longhand, LonghandValue] : ExpandFontShorthand(Value))
+    Into.SetValues(Longhand, LonghandValue);
+}
+
 // Copies the normal, or the important, declarations of From over those of Into.
 void AddDeclarations(TSVGStyle &Into, const TSVGStyle &From, bool Important)
 {
@@ -41,7 +53,7 @@ void AddDeclarations(TSVGStyle &Into, const TSVGStyle &From, bool Important)
     const QString Value = From.ValueFromIndex(I);
     QString Stripped;
     if (IsImportant(Value, Stripped) == Important)
-      Into.SetValues(From.Names(I), Important ? Stripped : Value);
+      SetDeclaration(Into, From.Names(I), Important ? Stripped : Value);
   }
 }
 

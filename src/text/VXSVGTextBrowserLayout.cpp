@@ -39,6 +39,14 @@ int NumericWeight(const TSVGGraphicElement &Element)
   }
 }
 
+// A family name without the quotes around it: the list keeps them on names written after a blank.
+QString Unquoted(const QString &Family)
+{
+  const bool Quoted = Family.size() >= 2 && (Family.front() == u'\'' || Family.front() == u'"') &&
+                      Family.back() == Family.front();
+  return Quoted ? Family.mid(1, Family.size() - 2).trimmed() : Family;
+}
+
 // The family list that Element uses: its own, or that of the nearest ancestor that has one.
 QStringList FamiliesOf(const TSVGGraphicElement &Element)
 {
@@ -48,7 +56,7 @@ QStringList FamiliesOf(const TSVGGraphicElement &Element)
   QStringList Result;
   const TStrings &Families = const_cast<TSVGGraphicElement *>(Source)->GetFont().Families();
   for (int I = 0; I < Families.Count(); ++I)
-    if (const QString Family = Families[I].trimmed(); !Family.isEmpty())
+    if (const QString Family = Unquoted(Families[I].trimmed()); !Family.isEmpty())
       Result.append(Family);
   return Result;
 }
@@ -742,26 +750,26 @@ const TSVGBrowserTextLayout::TFlowPath &TSVGBrowserTextLayout::FlowPathOf(TSVGTe
 
 bool TSVGBrowserTextLayout::TFlowPath::At(double Distance, QPointF &Point, double &Angle) const
 {
-  if (Distance < 0 || Distance > Length)
+  if (Distance < 0 || Distance > Length || Segments.empty())
     return false;
-  for (const TSegment &S : Segments) {
-    const double Own = S.Lengths.back();
-    if (Distance > S.Start + Own && &S != &Segments.back())
-      continue;
-    const double D = std::clamp(Distance - S.Start, 0.0, Own);
-    const auto Step = std::lower_bound(S.Lengths.begin(), S.Lengths.end(), D);
-    const std::size_t K = std::max<std::size_t>(1, std::size_t(Step - S.Lengths.begin()));
-    const double L0 = S.Lengths[std::min(K, S.Lengths.size() - 1) - 1], L1 = S.Lengths[std::min(K, S.Lengths.size() - 1)];
-    const double Steps = double(S.Lengths.size() - 1);
-    const double T = std::clamp((double(K - 1) + (L1 > L0 ? (D - L0) / (L1 - L0) : 0)) / Steps, 0.0, 1.0);
-    Point = CubicPoint(S, T);
-    QPointF Tangent = CubicTangent(S, T);
-    if (Tangent.isNull())
-      Tangent = S.P3 - S.P0;
-    Angle = std::atan2(Tangent.y(), Tangent.x()) * 180 / M_PI;
-    return true;
-  }
-  return false;
+  // The first segment that reaches Distance, found by halving: long paths carry long texts.
+  const auto Found = std::partition_point(Segments.begin(), Segments.end() - 1, [Distance](const TSegment &S) {
+    return Distance > S.Start + S.Lengths.back();
+  });
+  const TSegment &S = *Found;
+  const double Own = S.Lengths.back();
+  const double D = std::clamp(Distance - S.Start, 0.0, Own);
+  const auto Step = std::lower_bound(S.Lengths.begin(), S.Lengths.end(), D);
+  const std::size_t K = std::max<std::size_t>(1, std::size_t(Step - S.Lengths.begin()));
+  const double L0 = S.Lengths[std::min(K, S.Lengths.size() - 1) - 1], L1 = S.Lengths[std::min(K, S.Lengths.size() - 1)];
+  const double Steps = double(S.Lengths.size() - 1);
+  const double T = std::clamp((double(K - 1) + (L1 > L0 ? (D - L0) / (L1 - L0) : 0)) / Steps, 0.0, 1.0);
+  Point = CubicPoint(S, T);
+  QPointF Tangent = CubicTangent(S, T);
+  if (Tangent.isNull())
+    Tangent = S.P3 - S.P0;
+  Angle = std::atan2(Tangent.y(), Tangent.x()) * 180 / M_PI;
+  return true;
 }
 
 void TSVGBrowserTextLayout::PlaceOnPath(TSVGTextPath &TextPath, double Offset, std::vector<TCluster> &Clusters)

@@ -56,6 +56,9 @@ const TWidthCase WidthCases[] = {
    "<text id='a' x='10' y='100' letter-spacing='10'>II</text>", false, true},
   {"PercentKerningKeepsPairs", "<text id='a' x='10' y='100' kerning='10%'>AVAVAV</text>",
    "<text id='a' x='10' y='100'>AVAVAV</text>", false, true},
+  // The font shorthand puts back the weight the group asks for.
+  {"FontShorthand", "<g font-weight='bold'><text id='a' x='10' y='100' style='font: 40px Noto Sans'>HH</text></g>",
+   "<text id='a' x='10' y='100'>HH</text>", false, true},
   {"HiddenSpanTakesNoRoom", "<text id='a' x='10' y='100'>I<tspan display='none'>WW</tspan>I</text>",
    "<text id='a' x='10' y='100'>II</text>", false, true},
 };

@@ -1,4 +1,5 @@
 #include "platform/rtl/VXStringList.h"
+#include "values/VXSVGFontShorthand.h"
 #include "values/VXSVGPaint.h"
 #include "values/VXSVGPropertyParsers.h"
 
@@ -312,4 +313,31 @@ TEST(PropertyParsers, DashArrayIntoThePen)
   ParseDashArray(Q("3mm 10%"), Q(""), Pen, Inherits, SVGUnitFactors);
   EXPECT_EQ(Pen.GetDashArrayPreferredUnits(), (TSVGUnits{suMillimeters, suPercent}));
   EXPECT_EQ(Pen.GetDashArrayIsPercent(), (std::vector<bool>{false, true}));
+}
+
+TEST(PropertyParsers, FontShorthandSetsEveryLonghand)
+{
+  // Expected: style, variant, weight, stretch, size and family; empty for text that is no shorthand.
+  const struct
+  {
+    const char *Text;
+    std::vector<const char *> Values;
+  } Cases[] = {
+    {"50px 'Noto Sans'", {"normal", "normal", "normal", "normal", "50px", "'Noto Sans'"}},
+    {"italic bold small-caps condensed 12pt/1.5 serif, sans-serif",
+     {"italic", "small-caps", "bold", "condensed", "12pt", "serif, sans-serif"}},
+    {"normal 600 2em / 3 Times New Roman", {"normal", "normal", "600", "normal", "2em", "Times New Roman"}},
+    {"caption", {}},
+    {"bold 12px", {}},
+    {"bold serif", {}},
+  };
+  const char *const Names[] = {"font-style", "font-variant", "font-weight", "font-stretch", "font-size", "font-family"};
+  for (const auto &Case : Cases) {
+    const auto Longhands = ExpandFontShorthand(QString::fromLatin1(Case.Text));
+    ASSERT_EQ(Longhands.size(), Case.Values.size()) << Case.Text;
+    for (std::size_t I = 0; I < Longhands.size(); ++I) {
+      EXPECT_EQ(Longhands[I].first, QLatin1String(Names[I])) << Case.Text;
+      EXPECT_EQ(Longhands[I].second, QLatin1String(Case.Values[I])) << Case.Text;
+    }
+  }
 }
