@@ -577,7 +577,6 @@ QString TSVGTextRef::GetText() const
   const QString Result = Found->GetLineText();
   --Depth;
   return Result;
-  return TSVGCustomText::GetText();
 }
 
 void TSVGTextRef::SetReference(const QString &Value)
