@@ -5,6 +5,7 @@
 // wrap mode, scale, quality or a growth of the control past it, and is rendered again at the next
 // paint, not at the change: many changes between two paints cost one rendering, and a paint with
 // nothing changed is one blit.
+#include "platform/rtl/VXExport.h"
 #include "components/VXSVGDocumentComponent.h"
 #include "platform/controls/VXControls.h"
 #include "platform/geometry/VXTransform.h"
@@ -22,7 +23,7 @@ using TSVGElementClickEvent = std::function<void(TObject *Sender, TSVGGraphicEle
 
 // The common body of the two controls over the control base TBase (transparent or coloured).
 template <typename TBase>
-class TVXSVGCustomImage : public TBase, public ISVGViewer, public IVXMatrixProvider
+class VX_EXPORT TVXSVGCustomImage : public TBase, public ISVGViewer, public IVXMatrixProvider
 {
 public:
   explicit TVXSVGCustomImage(QWidget *Parent = nullptr, TComponent *Owner = nullptr);
@@ -113,7 +114,7 @@ private:
   int FQuality = 1;
 };
 
-class TVXSVGImage : public TVXSVGCustomImage<TVXCustomTransparentGraphicControl>
+class VX_EXPORT TVXSVGImage : public TVXSVGCustomImage<TVXCustomTransparentGraphicControl>
 {
 public:
   using TVXSVGCustomImage::TVXSVGCustomImage;
@@ -121,7 +122,7 @@ public:
 };
 
 // The opaque sibling: the picture's transparent parts show Color, not what lies behind.
-class TVXSVGScreen : public TVXSVGCustomImage<TGraphicControl>
+class VX_EXPORT TVXSVGScreen : public TVXSVGCustomImage<TGraphicControl>
 {
 public:
   using TVXSVGCustomImage::TVXSVGCustomImage;

@@ -10,6 +10,7 @@
 // a picture that would repeat itself inside itself, directly or through other files, is skipped
 // where the repetition is first met (that image draws nothing), and nesting deeper than
 // MaxImageNesting is cut off the same way.
+#include "platform/rtl/VXExport.h"
 #include "tree/VXSVGCustomViewBox.h"
 
 #include <memory>
@@ -19,7 +20,7 @@ namespace vx {
 class TVXGPBitmap;
 class TSVGDocument;
 
-class TSVGImage : public TSVGCustomViewBox
+class VX_EXPORT TSVGImage : public TSVGCustomViewBox
 {
   VX_SVG_ELEMENT_CLASS(TSVGImage)
 

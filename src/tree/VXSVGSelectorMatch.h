@@ -1,5 +1,7 @@
 #pragma once
 // Selector matching: whether one CSS selector applies to an element, and with what weight.
+#include "platform/rtl/VXExport.h"
+
 #include <QString>
 
 namespace vx {
@@ -16,6 +18,6 @@ class TSVGElement;
 // The relations (" ", ">", "+", and "*" after the start) look their right-hand name up in the
 // owner's table of ids and move on to that element; attribute values are read from Self even then.
 // Fails with ESVGException only for a malformed attribute selector.
-int MatchSelector(const TSVGElement &Self, const QString &Selector);
+VX_EXPORT int MatchSelector(const TSVGElement &Self, const QString &Selector);
 
 } // namespace vx
