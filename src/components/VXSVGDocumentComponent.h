@@ -17,6 +17,13 @@ namespace vx {
 
 class TVXSVGDocument;
 
+// The value names of the published options and rendering defaults, in the order of the values.
+extern VX_EXPORT const QStringList OptionNames;
+extern VX_EXPORT const QStringList ShapeRenderingNames;
+extern VX_EXPORT const QStringList ColorRenderingNames;
+extern VX_EXPORT const QStringList TextRenderingNames;
+extern VX_EXPORT const QStringList ColorInterpolationNames;
+
 // A control that shows a document component. SVGChanged is called after every change of the
 // component's document; GetComponent is the viewer as a component (for free notification).
 class VX_EXPORT ISVGViewer

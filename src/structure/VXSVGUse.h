@@ -57,6 +57,12 @@ public:
   // uses met again on the way through other uses' targets are not followed a second time.
   bool HasChild(const TSVGElement *E) const override;
   bool HasDescendant(const TSVGElement *E) const override;
+  // The use's control, covering its bounds, with the lent target's controls generated inside it
+  // where the target is drawn: moved by x and y, or mapped into the use's rectangle for a symbol
+  // or a document.
+  using TSVGGraphicElement::GenerateControls;
+  IVXHostControl *GenerateControls(IVXHostControl *Parent, const TMatrix &Matrix, const TRectF &Rect,
+                                   const TSVGControlElementEvent &Callback) override;
 
   void AssignProperties(const TSVGElement *Source) override;
   void Clear() override;

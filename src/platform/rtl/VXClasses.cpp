@@ -21,7 +21,7 @@ void TPersistent::AssignError(const TPersistent *Source) const
   throw EConvertError(QStringLiteral("Cannot assign a %1 to a %2").arg(SourceName, ClassName()));
 }
 
-VX_EXPORT void Abort()
+void Abort()
 {
   throw EAbort();
 }

@@ -57,6 +57,6 @@ public:
   EAbort() : Exception(QStringLiteral("Operation aborted")) {}
 };
 
-[[noreturn]] void Abort();
+[[noreturn]] VX_EXPORT void Abort();
 
 } // namespace vx
