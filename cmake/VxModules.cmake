@@ -8,6 +8,8 @@ function(vx_module name folder)
     set(sources ${PROJECT_SOURCE_DIR}/cmake/empty.cpp)
   endif()
   add_library(${name} OBJECT ${sources})
+  # The shared libraries show only what is marked VX_EXPORT (platform/rtl/VXExport.h).
+  set_target_properties(${name} PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
   target_link_libraries(${name} PUBLIC ${ARGN})
 endfunction()

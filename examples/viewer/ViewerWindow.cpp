@@ -1,5 +1,7 @@
 #include "ViewerWindow.h"
 
+#include "IconGrid.h"
+
 #include "platform/vectorkit/VXGPBitmap.h"
 #include "platform/vectorkit/VXGPCanvas.h"
 #include "platform/xml/VXXmlDom.h"
@@ -135,6 +137,11 @@ void TViewerWindow::CreateMenus()
   File->addAction(QStringLiteral("&Open..."), QKeySequence::Open, this, &TViewerWindow::Open);
   File->addAction(QStringLiteral("Save as &SVG..."), QKeySequence::SaveAs, this, &TViewerWindow::SaveAs);
   File->addAction(QStringLiteral("Export &PNG..."), this, &TViewerWindow::ExportPNG);
+  File->addAction(QStringLiteral("Browse a folder as &icons..."), this, [this] {
+    const QString Folder = QFileDialog::getExistingDirectory(this, QStringLiteral("Folder of SVG files"));
+    if (!Folder.isEmpty())
+      ShowIconGrid(this, Folder)->OnOpenFile = [this](const QString &FileName) { OpenFile(FileName); };
+  });
   File->addSeparator();
   File->addAction(QStringLiteral("&Quit"), QKeySequence::Quit, this, &QWidget::close);
 

@@ -115,6 +115,16 @@ void TVXSVGDocument::SetDPI(int Value)
   SetForwarded(Value, &TSVGDocument::DPI, &TSVGDocument::SetDPI);
 }
 
+void TVXSVGDocument::SetDefaultAspectRatio(const TSVGPreserveAspectRatio &Value)
+{
+  TSVGPreserveAspectRatio &Ratio = SVG().DefaultAspectRatio();
+  if (Ratio.GetAlign() == Value.GetAlign() && Ratio.GetDefer() == Value.GetDefer() &&
+      Ratio.GetSlice() == Value.GetSlice())
+    return;
+  Ratio.Assign(&Value);
+  Change();
+}
+
 void TVXSVGDocument::SetPreferredLanguage(const QString &Value)
 {
   SetForwarded(Value, &TSVGDocument::PreferredLanguage, &TSVGDocument::SetPreferredLanguage);

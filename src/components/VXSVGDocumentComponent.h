@@ -3,6 +3,7 @@
 // it changed. Its content comes from exactly one source: a file name, text lines, or (later) a
 // binary blob; setting one empties the other. Viewers hold the component, never a copy of the
 // document, and leave its list by free notification when they are destroyed.
+#include "platform/rtl/VXExport.h"
 #include "platform/common/VXAssignList.h"
 #include "platform/rtl/VXComponent.h"
 #include "platform/rtl/VXStringList.h"
@@ -17,15 +18,15 @@ namespace vx {
 class TVXSVGDocument;
 
 // The value names of the published options and rendering defaults, in the order of the values.
-extern const QStringList OptionNames;
-extern const QStringList ShapeRenderingNames;
-extern const QStringList ColorRenderingNames;
-extern const QStringList TextRenderingNames;
-extern const QStringList ColorInterpolationNames;
+extern VX_EXPORT const QStringList OptionNames;
+extern VX_EXPORT const QStringList ShapeRenderingNames;
+extern VX_EXPORT const QStringList ColorRenderingNames;
+extern VX_EXPORT const QStringList TextRenderingNames;
+extern VX_EXPORT const QStringList ColorInterpolationNames;
 
 // A control that shows a document component. SVGChanged is called after every change of the
 // component's document; GetComponent is the viewer as a component (for free notification).
-class ISVGViewer
+class VX_EXPORT ISVGViewer
 {
 public:
   virtual ~ISVGViewer() = default;
@@ -33,7 +34,7 @@ public:
   virtual void SVGChanged(TVXSVGDocument *Sender) = 0;
 };
 
-class TVXSVGDocument : public TComponent
+class VX_EXPORT TVXSVGDocument : public TComponent
 {
 public:
   explicit TVXSVGDocument(TComponent *Owner = nullptr);
@@ -76,6 +77,9 @@ public:
   void SetDefaultTextRendering(TSVGTextRendering Value);
   TSVGColorInterpolation DefaultColorInterpolation() const { return SVG().DefaultColorInterpolation(); }
   void SetDefaultColorInterpolation(TSVGColorInterpolation Value);
+  const TSVGPreserveAspectRatio &DefaultAspectRatio() const { return SVG().DefaultAspectRatio(); }
+  // Copies Value into the document's ratio; a real change reaches the viewers.
+  void SetDefaultAspectRatio(const TSVGPreserveAspectRatio &Value);
 
   // OnChanging, then every viewer in list order, then OnChange.
   virtual void Change();

@@ -6,6 +6,7 @@
 // generated ones away and builds them anew at every change of the document and at every resize.
 // A control is generated when it publishes SVGID (the id of its element); other children of the
 // panel, placed there by hand, stay through regeneration.
+#include "platform/rtl/VXExport.h"
 #include "components/VXSVGDocumentComponent.h"
 #include "platform/controls/VXShapeControls.h"
 #include "platform/controls/VXStdControls.h"
@@ -26,7 +27,7 @@ using TSVGSenderControlElementEvent =
 
 // The published SVGID of the generated control classes, over any control base.
 template <typename TBase>
-class TVXSVGGenerated : public TBase
+class VX_EXPORT TVXSVGGenerated : public TBase
 {
 public:
   using TBase::TBase;
@@ -41,7 +42,7 @@ private:
 };
 
 // A container (document, group, use, switch, marker, symbol, pattern): it paints nothing.
-class TVXSVGLayout : public TVXSVGGenerated<TVXCustomTransparentGraphicControl>
+class VX_EXPORT TVXSVGLayout : public TVXSVGGenerated<TVXCustomTransparentGraphicControl>
 {
 public:
   using TVXSVGGenerated::TVXSVGGenerated;
@@ -49,7 +50,7 @@ public:
 };
 
 // An image element's bitmap.
-class TVXSVG_Image : public TVXSVGGenerated<TImage>
+class VX_EXPORT TVXSVG_Image : public TVXSVGGenerated<TImage>
 {
 public:
   using TVXSVGGenerated::TVXSVGGenerated;
@@ -57,7 +58,7 @@ public:
 };
 
 // A shape or path: the element's geometry filled and stroked with its paints.
-class TVXSVGPath : public TVXSVGGenerated<TVXGPPathShape>, public IVXSVGPathControl
+class VX_EXPORT TVXSVGPath : public TVXSVGGenerated<TVXGPPathShape>, public IVXSVGPathControl
 {
 public:
   // Stretched over the control until an element places it.
@@ -66,7 +67,7 @@ public:
 };
 
 // A text, drawn from its own copy of the text element.
-class TVXSVGText : public TVXSVGGenerated<TVXGPShape>, public IVXSVGTextControl
+class VX_EXPORT TVXSVGText : public TVXSVGGenerated<TVXGPShape>, public IVXSVGTextControl
 {
 public:
   using TVXSVGGenerated::TVXSVGGenerated;
@@ -85,7 +86,7 @@ private:
   TMatrix FTextMatrix = VXIdentityMatrix;
 };
 
-class TVXSVGPanel : public TCustomPanel, public ISVGViewer
+class VX_EXPORT TVXSVGPanel : public TCustomPanel, public ISVGViewer
 {
 public:
   explicit TVXSVGPanel(QWidget *Parent = nullptr, TComponent *Owner = nullptr);
@@ -139,6 +140,6 @@ private:
 };
 
 // Whether Component is a generated control: it publishes SVGID.
-bool IsGeneratedControl(const TComponent &Component);
+VX_EXPORT bool IsGeneratedControl(const TComponent &Component);
 
 } // namespace vx

@@ -5,6 +5,7 @@
 // wrap mode, scale, quality or a growth of the control past it, and is rendered again at the next
 // paint, not at the change: many changes between two paints cost one rendering, and a paint with
 // nothing changed is one blit.
+#include "platform/rtl/VXExport.h"
 #include "components/VXSVGDocumentComponent.h"
 #include "platform/controls/VXControls.h"
 #include "platform/geometry/VXTransform.h"
@@ -21,19 +22,19 @@ class TVXGPCanvas;
 using TSVGElementClickEvent = std::function<void(TObject *Sender, TSVGGraphicElement *Element)>;
 
 // The value names of the published wrap mode and find options, in the order of the values.
-extern const QStringList WrapModeNames;
-extern const QStringList FindOptionNames;
+extern VX_EXPORT const QStringList WrapModeNames;
+extern VX_EXPORT const QStringList FindOptionNames;
 
 // Where DrawBitmapWrapped puts a bitmap of Width by Height in Rect (at the origin): a click must
 // find what the bitmap shows, which a fitted picture may show larger than a direct drawing would.
-TRectF BitmapWrapRect(int Width, int Height, const TRectF &Rect, TSVGImageWrapMode WrapMode);
+VX_EXPORT TRectF BitmapWrapRect(int Width, int Height, const TRectF &Rect, TSVGImageWrapMode WrapMode);
 // The element of Root under Point when Root is shown in Placed (the first tile for iwTile).
-TSVGGraphicElement *ElementAtWrapped(TSVGGraphicElement &Root, const TRectF &Placed, TPointF Point,
+VX_EXPORT TSVGGraphicElement *ElementAtWrapped(TSVGGraphicElement &Root, const TRectF &Placed, TPointF Point,
                                      TSVGImageWrapMode WrapMode, TSVGFindOptions Options);
 
 // The common body of the two controls over the control base TBase (transparent or coloured).
 template <typename TBase>
-class TVXSVGCustomImage : public TBase, public ISVGViewer, public IVXMatrixProvider
+class VX_EXPORT TVXSVGCustomImage : public TBase, public ISVGViewer, public IVXMatrixProvider
 {
 public:
   explicit TVXSVGCustomImage(QWidget *Parent = nullptr, TComponent *Owner = nullptr);
@@ -124,7 +125,7 @@ private:
   int FQuality = 1;
 };
 
-class TVXSVGImage : public TVXSVGCustomImage<TVXCustomTransparentGraphicControl>
+class VX_EXPORT TVXSVGImage : public TVXSVGCustomImage<TVXCustomTransparentGraphicControl>
 {
 public:
   using TVXSVGCustomImage::TVXSVGCustomImage;
@@ -132,7 +133,7 @@ public:
 };
 
 // The opaque sibling: the picture's transparent parts show Color, not what lies behind.
-class TVXSVGScreen : public TVXSVGCustomImage<TGraphicControl>
+class VX_EXPORT TVXSVGScreen : public TVXSVGCustomImage<TGraphicControl>
 {
 public:
   using TVXSVGCustomImage::TVXSVGCustomImage;

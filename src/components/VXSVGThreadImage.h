@@ -7,6 +7,7 @@
 // Its state is the pair (document, bitmap): nothing loaded or a load queued (nil, nil); loaded and
 // a paint queued (set, nil); shown (set, set), where a display change queues a paint and keeps the
 // old picture until the new one is there; a reload under way (nil, set).
+#include "platform/rtl/VXExport.h"
 #include "components/VXSVGImageControls.h"
 #include "jobs/VXSVGSyncObjs.h"
 #include "platform/controls/VXControls.h"
@@ -22,7 +23,7 @@ namespace vx {
 
 // What the control gives each document it shows. A copy travels with each rendering and is applied
 // on the server thread, so the main thread never writes a document that a job may be drawing.
-struct TSVGDocumentDefaults
+struct VX_EXPORT TSVGDocumentDefaults
 {
   TSVGAlign Align = saXMidYMid;
   bool Defer = false;
@@ -37,7 +38,7 @@ struct TSVGDocumentDefaults
   void ApplyTo(TSVGDocument &Document) const;
 };
 
-class TVXSVGThreadImage : public TVXCustomTransparentGraphicControl, public IVXMatrixProvider
+class VX_EXPORT TVXSVGThreadImage : public TVXCustomTransparentGraphicControl, public IVXMatrixProvider
 {
 public:
   explicit TVXSVGThreadImage(QWidget *Parent = nullptr, TComponent *Owner = nullptr);

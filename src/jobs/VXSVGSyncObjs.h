@@ -7,6 +7,7 @@
 // runs its job, and the jobs of one server never run side by side. A job holds its document by
 // shared ownership, so a client may drop its own reference (load another picture) while a job still
 // draws the old one: the document lives until the job lets go.
+#include "platform/rtl/VXExport.h"
 #include "platform/rtl/VXThreads.h"
 #include "platform/vectorkit/VXGPBitmap.h"
 #include "tree/VXSVGDocument.h"
@@ -23,12 +24,12 @@ namespace vx {
 using TSVGDocumentPtr = std::shared_ptr<TSVGDocument>;
 
 // The setters' clamps: sizes are never negative, scales stay within 0.01 .. 100.
-float ClampDefaultSize(float Value);
-float ClampScaleFactor(float Value);
+VX_EXPORT float ClampDefaultSize(float Value);
+VX_EXPORT float ClampScaleFactor(float Value);
 
 // Renders its document into a bitmap of DefaultWidth by DefaultHeight as WrapMode places it. Set
 // the document and the sizes before the thread starts; read Bitmap after WaitFor.
-class TSVGThread : public TThread
+class VX_EXPORT TSVGThread : public TThread
 {
 public:
   TSVGThread(float DefaultWidth, float DefaultHeight, bool CreateSuspended);
@@ -67,7 +68,7 @@ private:
 
 // Loads its stream into the document, then renders it unless terminated in between. A failure of
 // either step ends the thread quietly: IsValidSVG tells whether the load succeeded.
-class TSVGLoadThread : public TSVGThread
+class VX_EXPORT TSVGLoadThread : public TSVGThread
 {
 public:
   // Opens the file for reading; EFOpenError when it cannot.
@@ -90,7 +91,7 @@ private:
 
 // One unit of work of a server. Execute runs on the server thread and never raises: its result
 // says whether it succeeded.
-class TSVGServerJob : public TPersistent
+class VX_EXPORT TSVGServerJob : public TPersistent
 {
 public:
   explicit TSVGServerJob(TSVGDocumentPtr SVG = nullptr) : FSVG(std::move(SVG)) {}
@@ -108,7 +109,7 @@ private:
 };
 
 // Loads a stream into the job's document, a new one when the job has none.
-class TSVGLoadJob : public TSVGServerJob
+class VX_EXPORT TSVGLoadJob : public TSVGServerJob
 {
 public:
   TSVGLoadJob(std::unique_ptr<QIODevice> Stream, TSVGDocumentPtr SVG);
@@ -125,7 +126,7 @@ private:
 
 // Renders the job's document (or the graphic element SVGRootID names in it) into a new bitmap of
 // DefaultWidth by DefaultHeight as WrapMode places it.
-class TSVGPaintJob : public TSVGServerJob
+class VX_EXPORT TSVGPaintJob : public TSVGServerJob
 {
 public:
   TSVGPaintJob(TSVGDocumentPtr SVG, float DefaultWidth, float DefaultHeight);
@@ -165,7 +166,7 @@ using TSVGServerJobPtr = std::unique_ptr<TSVGServerJob>;
 
 // A queue of jobs that owns them, with one lock of its own. Lock gives the items for as long as
 // the returned guard lives; Add wakes whoever listens through OnAdd (called outside the lock).
-class TSVGJobList
+class VX_EXPORT TSVGJobList
 {
 public:
   class TLocked
@@ -193,7 +194,7 @@ private:
 // OnJobComplete on the main thread (the handler takes the job out). Among the queued jobs on one
 // document only the newest runs. An idle server sleeps 100 ms at a time; a new job or
 // termination wakes it at once.
-class TSVGServerThread : public TThread
+class VX_EXPORT TSVGServerThread : public TThread
 {
 public:
   explicit TSVGServerThread(bool CreateSuspended);

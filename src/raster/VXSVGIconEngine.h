@@ -4,6 +4,7 @@
 // the look Qt gives that mode (disabled: grey and faded, selected: tinted with the highlight
 // colour). Pixmaps it has made are kept in QPixmapCache. No exception leaves the engine: a picture
 // that cannot be read draws nothing.
+#include "platform/rtl/VXExport.h"
 #include "values/VXSVGVocabulary.h"
 
 #include <QByteArray>
@@ -19,7 +20,7 @@ namespace vx {
 
 class TSVGImageFile;
 
-class TVXSVGIconEngine : public QIconEngine
+class VX_EXPORT TVXSVGIconEngine : public QIconEngine
 {
 public:
   explicit TVXSVGIconEngine(TSVGOptions Options = DefaultSVGOptions);

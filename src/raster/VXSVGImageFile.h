@@ -2,6 +2,7 @@
 // TSVGImageFile makes SVG a kind of the picture registry (extension "svg"): code that loads
 // pictures by file name loads SVG files with it. Assigning one image file to another shares one
 // document (TSVGSharedImage) until either loads anew; the bitmap a graphic hands out is its own.
+#include "platform/rtl/VXExport.h"
 #include "platform/vectorkit/VXGPGraphic.h"
 #include "values/VXSVGVocabulary.h"
 
@@ -18,7 +19,7 @@ class TVXGPBitmap;
 
 // The data behind one or more image files: the document (nullptr while empty), its natural size,
 // and the size set while there was no document.
-class TSVGSharedImage
+class VX_EXPORT TSVGSharedImage
 {
 public:
   TSVGSharedImage();
@@ -33,7 +34,7 @@ public:
   float FTempHeight = 0;
 };
 
-class TSVGImageFile : public TGraphic
+class VX_EXPORT TSVGImageFile : public TGraphic
 {
 public:
   TSVGImageFile();

@@ -4,6 +4,7 @@
 // down, for smoother edges); controls draw the documents themselves in vector form. Lists of other
 // sizes can show the same collection through a master list: a dependent keeps no items of its own
 // and draws its master's at its own size.
+#include "platform/rtl/VXExport.h"
 #include "platform/common/VXCollections.h"
 #include "platform/rtl/VXStringList.h"
 #include "platform/vectorkit/VXGPImageList.h"
@@ -18,7 +19,7 @@ class TSVGDocument;
 class TVXGPBitmap;
 class TVXSVGImageList;
 
-class TSVGCollectionItem : public TPersistent
+class VX_EXPORT TSVGCollectionItem : public TPersistent
 {
 public:
   explicit TSVGCollectionItem(TSVGCollection *Collection);
@@ -60,7 +61,7 @@ private:
 
 // The items of one image list. Adding and deleting are told to the list item by item; an update
 // (BeginUpdate .. EndUpdate, Assign) is told once, as a change of everything.
-class TSVGCollection : public TPersistent
+class VX_EXPORT TSVGCollection : public TPersistent
 {
 public:
   explicit TSVGCollection(TVXSVGImageList *Owner);
@@ -95,7 +96,7 @@ private:
   bool FChangedInUpdate = false;
 };
 
-class TVXSVGImageList : public TVXCustomImageList
+class VX_EXPORT TVXSVGImageList : public TVXCustomImageList
 {
 public:
   explicit TVXSVGImageList(int Width = 16, int Height = 16);

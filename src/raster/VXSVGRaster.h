@@ -3,6 +3,7 @@
 // class, the image list and the command-line program) ends in one of these functions. The event
 // wrapper draws only a part of a document (before, at or after one element) by hooking the
 // document's drawing events and ending the drawing with the silent abort.
+#include "platform/rtl/VXExport.h"
 #include "platform/geometry/VXGeometry.h"
 #include "platform/rtl/VXClasses.h"
 #include "tree/VXSVGDocument.h"
@@ -19,32 +20,32 @@ class TSVGGraphicElement;
 
 // Draws Element fitted into the whole of Bitmap (a document through its view matrix). Clear makes
 // the bitmap transparent first. A nil element or an empty bitmap draws nothing.
-void DrawSVGToBitmap(TVXGPBitmap &Bitmap, TSVGGraphicElement *Element, int SmoothingMode, bool Clear);
+VX_EXPORT void DrawSVGToBitmap(TVXGPBitmap &Bitmap, TSVGGraphicElement *Element, int SmoothingMode, bool Clear);
 // Draws Element, its bounds scaled by Scale, into Rect as WrapMode places it. Tiles start at the
 // origin and overhang Rect; only the caller's clip cuts them.
-void DrawSVGWrapped(TVXGPCanvas &Canvas, TSVGGraphicElement *Element, const TRectF &Rect,
+VX_EXPORT void DrawSVGWrapped(TVXGPCanvas &Canvas, TSVGGraphicElement *Element, const TRectF &Rect,
                     TSVGImageWrapMode WrapMode, float Scale);
 // The rectangle DrawSVGWrapped uses for the same arguments (for tiles, the first one within Rect).
-TRectF GetWrapModeRect(const TSVGGraphicElement *Element, const TRectF &Rect, TSVGImageWrapMode WrapMode,
+VX_EXPORT TRectF GetWrapModeRect(const TSVGGraphicElement *Element, const TRectF &Rect, TSVGImageWrapMode WrapMode,
                        float Scale);
 // The size a document has by itself: its view box size when one is specified, else its width and height.
-TSizeF SVGNaturalSize(const TSVGDocument &Document);
+VX_EXPORT TSizeF SVGNaturalSize(const TSVGDocument &Document);
 
 // The document's partial draws. DrawElement draws Element alone in its place (its ancestors'
 // transforms and clips apply); the others draw the whole document up to or from Element, Element
 // included when IncludeElement holds. The forms without a matrix use the document's view matrix
 // for Rect.
-void SVGDocumentDrawElement(TSVGDocument &Document, TSVGGraphicElement *Element, const TMatrix &Matrix,
+VX_EXPORT void SVGDocumentDrawElement(TSVGDocument &Document, TSVGGraphicElement *Element, const TMatrix &Matrix,
                             TVXGPCanvas &Canvas, const TRectF &Rect);
-void SVGDocumentDrawElement(TSVGDocument &Document, TSVGGraphicElement *Element, TVXGPCanvas &Canvas,
+VX_EXPORT void SVGDocumentDrawElement(TSVGDocument &Document, TSVGGraphicElement *Element, TVXGPCanvas &Canvas,
                             const TRectF &Rect);
-void SVGDocumentDrawBeforeElement(TSVGDocument &Document, TSVGGraphicElement *Element, const TMatrix &Matrix,
+VX_EXPORT void SVGDocumentDrawBeforeElement(TSVGDocument &Document, TSVGGraphicElement *Element, const TMatrix &Matrix,
                                   TVXGPCanvas &Canvas, const TRectF &Rect, bool IncludeElement);
-void SVGDocumentDrawBeforeElement(TSVGDocument &Document, TSVGGraphicElement *Element, TVXGPCanvas &Canvas,
+VX_EXPORT void SVGDocumentDrawBeforeElement(TSVGDocument &Document, TSVGGraphicElement *Element, TVXGPCanvas &Canvas,
                                   const TRectF &Rect, bool IncludeElement);
-void SVGDocumentDrawAfterElement(TSVGDocument &Document, TSVGGraphicElement *Element, const TMatrix &Matrix,
+VX_EXPORT void SVGDocumentDrawAfterElement(TSVGDocument &Document, TSVGGraphicElement *Element, const TMatrix &Matrix,
                                  TVXGPCanvas &Canvas, const TRectF &Rect, bool IncludeElement);
-void SVGDocumentDrawAfterElement(TSVGDocument &Document, TSVGGraphicElement *Element, TVXGPCanvas &Canvas,
+VX_EXPORT void SVGDocumentDrawAfterElement(TSVGDocument &Document, TSVGGraphicElement *Element, TVXGPCanvas &Canvas,
                                  const TRectF &Rect, bool IncludeElement);
 
 enum TDrawEvent : std::uint8_t { deReset, deDrawBefore, deDraw, deDrawAfter };
@@ -52,7 +53,7 @@ enum TDrawEvent : std::uint8_t { deReset, deDrawBefore, deDraw, deDrawAfter };
 // While it lives, the document's OnDrawing, OnDrawn and OnShouldDraw are the wrapper's; the
 // destructor puts the document's own handlers back. The handlers end the drawing with the silent
 // abort (EAbort) once the part asked for is done, so whoever draws must catch EAbort.
-class TSVGDrawEventWrapper : public TObject
+class VX_EXPORT TSVGDrawEventWrapper : public TObject
 {
 public:
   TSVGDrawEventWrapper(TDrawEvent DrawEvent, TSVGDocument *Document, TSVGGraphicElement *Element,

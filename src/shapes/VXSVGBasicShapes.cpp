@@ -151,6 +151,12 @@ TRectF TSVGCircle::GetBoundsRect() const
   return CenteredRect(GetX(), GetY(), GetWidth(), GetHeight());
 }
 
+void TSVGCircle::SetRadius(const TSVGLength &Value)
+{
+  FHeight->Assign(&Value);
+  SetWidthU(Value);
+}
+
 void TSVGCircle::SetWidth(float Value)
 {
   TSVGGraphicElement::SetWidth(Value);

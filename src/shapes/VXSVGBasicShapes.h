@@ -12,6 +12,7 @@
 // Polylines and polygons keep a point array instead. Every shape fills the cached FShape in
 // GetShape; DoInternalDraw draws that path through the base and has a direct road of its own for
 // the moment the cached path is empty.
+#include "platform/rtl/VXExport.h"
 #include "platform/geometry/VXGeometry.h"
 #include "platform/geometry/VXPathData.h"
 #include "tree/VXSVGGraphicElement.h"
@@ -20,7 +21,7 @@
 
 namespace vx {
 
-class TSVGCircle : public TSVGGraphicElement
+class VX_EXPORT TSVGCircle : public TSVGGraphicElement
 {
   VX_SVG_ELEMENT_CLASS(TSVGCircle)
 
@@ -30,6 +31,17 @@ public:
   TSVGElementType SVGType() const override { return etCircle; }
   TSVGElementTypes ChildSVGTypes() const override { return SVGDescriptiveElements; }
   TRectF GetBoundsRect() const override;
+
+  // cx, cy and r by name. Setting the radius sets its copy too.
+  TSVGLength &CenterX() { return *FX; }
+  const TSVGLength &CenterX() const { return *FX; }
+  TSVGLength &CenterY() { return *FY; }
+  const TSVGLength &CenterY() const { return *FY; }
+  TSVGLength &Radius() { return *FWidth; }
+  const TSVGLength &Radius() const { return *FWidth; }
+  void SetCenterX(const TSVGLength &Value) { SetXu(Value); }
+  void SetCenterY(const TSVGLength &Value) { SetYu(Value); }
+  void SetRadius(const TSVGLength &Value);
   // Both keep the two radii equal: setting one sets the other to the same pixels.
   void SetWidth(float Value) override;
   void SetHeight(float Value) override;
@@ -43,7 +55,7 @@ protected:
   bool DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect) override;
 };
 
-class TSVGEllipse : public TSVGGraphicElement
+class VX_EXPORT TSVGEllipse : public TSVGGraphicElement
 {
   VX_SVG_ELEMENT_CLASS(TSVGEllipse)
 
@@ -53,6 +65,20 @@ public:
   TSVGElementType SVGType() const override { return etEllipse; }
   TSVGElementTypes ChildSVGTypes() const override { return SVGDescriptiveElements; }
   TRectF GetBoundsRect() const override;
+
+  // cx, cy, rx and ry by name.
+  TSVGLength &CenterX() { return *FX; }
+  const TSVGLength &CenterX() const { return *FX; }
+  TSVGLength &CenterY() { return *FY; }
+  const TSVGLength &CenterY() const { return *FY; }
+  TSVGLength &RadiusX() { return *FWidth; }
+  const TSVGLength &RadiusX() const { return *FWidth; }
+  TSVGLength &RadiusY() { return *FHeight; }
+  const TSVGLength &RadiusY() const { return *FHeight; }
+  void SetCenterX(const TSVGLength &Value) { SetXu(Value); }
+  void SetCenterY(const TSVGLength &Value) { SetYu(Value); }
+  void SetRadiusX(const TSVGLength &Value) { SetWidthU(Value); }
+  void SetRadiusY(const TSVGLength &Value) { SetHeightU(Value); }
   TVXGPPath *GetShape() override;
 
 protected:
@@ -63,7 +89,7 @@ protected:
   bool DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect) override;
 };
 
-class TSVGRectangle : public TSVGGraphicElement
+class VX_EXPORT TSVGRectangle : public TSVGGraphicElement
 {
   VX_SVG_ELEMENT_CLASS(TSVGRectangle)
 
@@ -77,8 +103,10 @@ public:
   // The corner radii. The setters copy Value, then turn a negative radius into 0 and cut one
   // beyond half the width (half the height for RY) to that half; unlike reading, they do not
   // mirror one radius into the other.
-  TSVGLength &RX() const { return *FRX; }
-  TSVGLength &RY() const { return *FRY; }
+  TSVGLength &RX() { return *FRX; }
+  const TSVGLength &RX() const { return *FRX; }
+  TSVGLength &RY() { return *FRY; }
+  const TSVGLength &RY() const { return *FRY; }
   void SetRX(const TSVGLength &Value);
   void SetRY(const TSVGLength &Value);
 
@@ -101,7 +129,7 @@ private:
   void ClampRY();
 };
 
-class TSVGLine : public TSVGGraphicElement
+class VX_EXPORT TSVGLine : public TSVGGraphicElement
 {
   VX_SVG_ELEMENT_CLASS(TSVGLine)
 
@@ -120,6 +148,20 @@ public:
   void SetHeight(float Value) override;
   TVXGPPath *GetShape() override;
 
+  // x1, y1, x2 and y2 by name.
+  TSVGLength &StartX() { return *FX; }
+  const TSVGLength &StartX() const { return *FX; }
+  TSVGLength &StartY() { return *FY; }
+  const TSVGLength &StartY() const { return *FY; }
+  TSVGLength &EndX() { return *FWidth; }
+  const TSVGLength &EndX() const { return *FWidth; }
+  TSVGLength &EndY() { return *FHeight; }
+  const TSVGLength &EndY() const { return *FHeight; }
+  void SetStartX(const TSVGLength &Value) { SetXu(Value); }
+  void SetStartY(const TSVGLength &Value) { SetYu(Value); }
+  void SetEndX(const TSVGLength &Value) { SetWidthU(Value); }
+  void SetEndY(const TSVGLength &Value) { SetHeightU(Value); }
+
 protected:
   // A path control first receives the geometry into its path data; then the inherited copy.
   void AssignTo(TPersistent *Dest) const override;
@@ -136,7 +178,7 @@ protected:
   bool DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect) override;
 };
 
-class TSVGPolyline : public TSVGGraphicElement
+class VX_EXPORT TSVGPolyline : public TSVGGraphicElement
 {
   VX_SVG_ELEMENT_CLASS(TSVGPolyline)
 
@@ -183,7 +225,7 @@ protected:
   TVXPoints FPoints;
 };
 
-class TSVGPolygon : public TSVGPolyline
+class VX_EXPORT TSVGPolygon : public TSVGPolyline
 {
   VX_SVG_ELEMENT_CLASS(TSVGPolygon)
 

@@ -2,12 +2,13 @@
 // TSVGPath, the "path" element: it owns one TVXPathData, which parses and prints the "d" text,
 // flattens curves and measures lengths. The element adds the cached shape, drawing and the length
 // ratio that "pathLength" asks for.
+#include "platform/rtl/VXExport.h"
 #include "platform/geometry/VXPathData.h"
 #include "tree/VXSVGGraphicElement.h"
 
 namespace vx {
 
-class TSVGPath : public TSVGGraphicElement
+class VX_EXPORT TSVGPath : public TSVGGraphicElement
 {
   VX_SVG_ELEMENT_CLASS(TSVGPath)
 

@@ -2,6 +2,7 @@
 // The "clipPath" element: a container of shapes that is never drawn and that provides the region
 // which clips the elements naming it. The region is built from the children by
 // TSVGGraphicElement::BuildClipRegion; this class owns it.
+#include "platform/rtl/VXExport.h"
 #include "tree/VXSVGGraphicElement.h"
 
 #include <cstddef>
@@ -9,7 +10,7 @@
 
 namespace vx {
 
-class TSVGClipPath : public TSVGGraphicElement
+class VX_EXPORT TSVGClipPath : public TSVGGraphicElement
 {
   VX_SVG_ELEMENT_CLASS(TSVGClipPath)
 

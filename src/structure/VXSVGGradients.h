@@ -3,6 +3,7 @@
 // never drawn by the walk of the tree: an element whose fill or stroke names it asks it, through
 // PaintServerBrush, for a canvas gradient laid out over the element's own rectangle. The gradient
 // keeps its unrolled stops in its own brush, rebuilt only when a stop or the element changed.
+#include "platform/rtl/VXExport.h"
 #include "platform/vectorkit/VXGPPaint.h"
 #include "tree/VXSVGReferenceListener.h"
 #include "tree/VXSVGGraphicElement.h"
@@ -26,7 +27,7 @@ using TSVGGradientAttributes = TSet<TSVGGradientAttribute, std::uint16_t>;
 // What the two gradient kinds share: the href to another gradient's stops, the spread method, the
 // units of the coordinates, "gradientTransform" (held in FMatrix), and the turning of stops into
 // the points of a canvas gradient.
-class TSVGCustomGradient : public TSVGGraphicElement
+class VX_EXPORT TSVGCustomGradient : public TSVGGraphicElement
 {
 public:
   // The stops a gradient reads from a file; later ones are passed over. A stop is a whole element,
@@ -131,7 +132,7 @@ private:
 
 // "linearGradient": the gradient vector from (x1, y1) to (x2, y2), by default (0, 0) to (1, 0) of
 // the painted box.
-class TSVGLinearGradient : public TSVGCustomGradient
+class VX_EXPORT TSVGLinearGradient : public TSVGCustomGradient
 {
   VX_SVG_ELEMENT_CLASS(TSVGLinearGradient)
 
@@ -141,10 +142,14 @@ public:
 
   TSVGElementType SVGType() const override { return etLinearGradient; }
 
-  TSVGLength &X1() const { return *FX1; }
-  TSVGLength &Y1() const { return *FY1; }
-  TSVGLength &X2() const { return *FX2; }
-  TSVGLength &Y2() const { return *FY2; }
+  TSVGLength &X1() { return *FX1; }
+  const TSVGLength &X1() const { return *FX1; }
+  TSVGLength &Y1() { return *FY1; }
+  const TSVGLength &Y1() const { return *FY1; }
+  TSVGLength &X2() { return *FX2; }
+  const TSVGLength &X2() const { return *FX2; }
+  TSVGLength &Y2() { return *FY2; }
+  const TSVGLength &Y2() const { return *FY2; }
   // Each also writes its pixels through to the start or end of the own brush's gradient.
   void SetX1(const TSVGLength &Value);
   void SetY1(const TSVGLength &Value);
@@ -178,7 +183,7 @@ private:
 
 // "radialGradient": the centre (cx, cy) lives in FX and FY, the radius r in FWidth (FHeight is a
 // copy), all 50 per cent by default; the focus (fx, fy) has lengths and flags of its own.
-class TSVGRadialGradient : public TSVGCustomGradient
+class VX_EXPORT TSVGRadialGradient : public TSVGCustomGradient
 {
   VX_SVG_ELEMENT_CLASS(TSVGRadialGradient)
 
@@ -188,13 +193,19 @@ public:
 
   TSVGElementType SVGType() const override { return etRadialGradient; }
 
-  TSVGLength &CenterX() const { return *FX; }
-  TSVGLength &CenterY() const { return *FY; }
-  TSVGLength &Radius() const { return *FWidth; }
-  TSVGLength &FocalX() const { return *FFocalX; }
-  TSVGLength &FocalY() const { return *FFocalY; }
+  TSVGLength &CenterX() { return *FX; }
+  const TSVGLength &CenterX() const { return *FX; }
+  TSVGLength &CenterY() { return *FY; }
+  const TSVGLength &CenterY() const { return *FY; }
+  TSVGLength &Radius() { return *FWidth; }
+  const TSVGLength &Radius() const { return *FWidth; }
+  TSVGLength &FocalX() { return *FFocalX; }
+  const TSVGLength &FocalX() const { return *FFocalX; }
+  TSVGLength &FocalY() { return *FFocalY; }
+  const TSVGLength &FocalY() const { return *FFocalY; }
   // "fr": the radius of the focal circle; only the standard layout draws it.
-  TSVGLength &FocalRadius() const { return *FFocalRadius; }
+  TSVGLength &FocalRadius() { return *FFocalRadius; }
+  const TSVGLength &FocalRadius() const { return *FFocalRadius; }
   bool FocalXSpecified() const { return FFocalXSpecified; }
   bool FocalYSpecified() const { return FFocalYSpecified; }
   void SetFocalXSpecified(bool Value);
@@ -229,7 +240,7 @@ private:
 
 // "stop": the offset lives in FX (published as Offset), colour and opacity in a brush of its own,
 // read from "stop-color" and "stop-opacity".
-class TSVGGradientStop : public TSVGGraphicElement
+class VX_EXPORT TSVGGradientStop : public TSVGGraphicElement
 {
   VX_SVG_ELEMENT_CLASS(TSVGGradientStop)
 

@@ -1,11 +1,12 @@
 #pragma once
 // The plain containers: the group "g", "defs" (never drawn by itself) and "switch" (draws the first
 // child whose conditions hold).
+#include "platform/rtl/VXExport.h"
 #include "tree/VXSVGCustomGroup.h"
 
 namespace vx {
 
-class TSVGGroup : public TSVGCustomGroup
+class VX_EXPORT TSVGGroup : public TSVGCustomGroup
 {
   VX_SVG_ELEMENT_CLASS(TSVGGroup)
 
@@ -19,7 +20,7 @@ protected:
   void DoSaveToXML(const IXMLNode &Node) override;
 };
 
-class TSVGDefs : public TSVGCustomGroup
+class VX_EXPORT TSVGDefs : public TSVGCustomGroup
 {
   VX_SVG_ELEMENT_CLASS(TSVGDefs)
 
@@ -31,7 +32,7 @@ public:
   bool DoShouldDraw() const override { return false; }
 };
 
-class TSVGSwitch : public TSVGCustomGroup
+class VX_EXPORT TSVGSwitch : public TSVGCustomGroup
 {
   VX_SVG_ELEMENT_CLASS(TSVGSwitch)
 

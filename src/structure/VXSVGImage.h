@@ -11,6 +11,7 @@
 // is loaded into a private document and rendered at its view box size; a picture that would repeat
 // itself inside itself, directly or through other files, is skipped where the repetition is first
 // met (that image draws nothing), and nesting deeper than MaxImageNesting is cut off the same way.
+#include "platform/rtl/VXExport.h"
 #include "tree/VXSVGCustomViewBox.h"
 
 #include <memory>
@@ -21,7 +22,7 @@ class TVXGPBitmap;
 class TSVGDocument;
 class TSVGRasterBudget;
 
-class TSVGImage : public TSVGCustomViewBox
+class VX_EXPORT TSVGImage : public TSVGCustomViewBox
 {
   VX_SVG_ELEMENT_CLASS(TSVGImage)
 

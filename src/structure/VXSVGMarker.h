@@ -7,13 +7,14 @@
 // A marker whose contents draw, directly or through other markers, the same marker again is not
 // drawn (or hit) the second time: the repetition is skipped where it is met, so a loop of markers
 // neither hangs nor exhausts the stack.
+#include "platform/rtl/VXExport.h"
 #include "tree/VXSVGCustomViewBox.h"
 
 #include <memory>
 
 namespace vx {
 
-class TSVGMarker : public TSVGCustomViewBox
+class VX_EXPORT TSVGMarker : public TSVGCustomViewBox
 {
   VX_SVG_ELEMENT_CLASS(TSVGMarker)
 
@@ -36,10 +37,14 @@ public:
   TRectF GetBoundsRect(const TMatrix &) const override { return TRectF{}; }
 
   // The point of the contents that lands on the vertex, and the size of the marker's viewport.
-  TSVGLength &RefX() const { return *FRefX; }
-  TSVGLength &RefY() const { return *FRefY; }
-  TSVGLength &MarkerWidth() const { return *FMarkerWidth; }
-  TSVGLength &MarkerHeight() const { return *FMarkerHeight; }
+  TSVGLength &RefX() { return *FRefX; }
+  const TSVGLength &RefX() const { return *FRefX; }
+  TSVGLength &RefY() { return *FRefY; }
+  const TSVGLength &RefY() const { return *FRefY; }
+  TSVGLength &MarkerWidth() { return *FMarkerWidth; }
+  const TSVGLength &MarkerWidth() const { return *FMarkerWidth; }
+  TSVGLength &MarkerHeight() { return *FMarkerHeight; }
+  const TSVGLength &MarkerHeight() const { return *FMarkerHeight; }
   void SetRefX(const TSVGLength &Value) { FRefX->Assign(&Value); }
   void SetRefY(const TSVGLength &Value) { FRefY->Assign(&Value); }
   void SetMarkerWidth(const TSVGLength &Value) { FMarkerWidth->Assign(&Value); }

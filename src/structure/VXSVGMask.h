@@ -11,6 +11,7 @@
 // draws. Masks nest at most MaxNesting deep, and the layers of the masks at work share a budget of
 // MaxLayerPixels: a layer that would go beyond it is drawn at a lower resolution, never allocated
 // larger.
+#include "platform/rtl/VXExport.h"
 #include "tree/VXSVGCustomGroup.h"
 
 #include <cstddef>
@@ -20,7 +21,7 @@ class QImage;
 
 namespace vx {
 
-class TSVGMask : public TSVGCustomGroup
+class VX_EXPORT TSVGMask : public TSVGCustomGroup
 {
   VX_SVG_ELEMENT_CLASS(TSVGMask)
 

@@ -2,11 +2,12 @@
 // "metadata" and "script": foreign XML that the library neither interprets nor runs. The element
 // keeps its whole XML text as read and, on saving, puts that text back in the place of its node.
 // Neither is a graphic element: no presentation, no bounds, nothing drawn or hit.
+#include "platform/rtl/VXExport.h"
 #include "tree/VXSVGElement.h"
 
 namespace vx {
 
-class TSVGMetadata : public TSVGElement
+class VX_EXPORT TSVGMetadata : public TSVGElement
 {
   VX_SVG_ELEMENT_CLASS(TSVGMetadata)
 
@@ -33,7 +34,7 @@ protected:
 };
 
 // A script is carried and written back like metadata; it never runs.
-class TSVGScript : public TSVGMetadata
+class VX_EXPORT TSVGScript : public TSVGMetadata
 {
   VX_SVG_ELEMENT_CLASS(TSVGScript)
 

@@ -9,6 +9,7 @@
 // to a pattern already drawing stops there. A tile larger than MaxTileSide on a side, or one that
 // would take the tiles being rendered (this one and those it is nested in) beyond MaxTilePixels in
 // all, is refused: the paint then draws nothing.
+#include "platform/rtl/VXExport.h"
 #include "platform/vectorkit/VXGPBitmap.h"
 #include "tree/VXSVGReferenceListener.h"
 #include "tree/VXSVGCustomViewBox.h"
@@ -25,7 +26,7 @@ enum TSVGPatternAttribute : std::uint8_t {
 };
 using TSVGPatternAttributes = TSet<TSVGPatternAttribute, std::uint16_t>;
 
-class TSVGPattern : public TSVGCustomViewBox
+class VX_EXPORT TSVGPattern : public TSVGCustomViewBox
 {
   VX_SVG_ELEMENT_CLASS(TSVGPattern)
 

@@ -1,6 +1,7 @@
 #pragma once
 // Scoped changes that paint servers and markers make while they draw their contents out of place:
 // each one is undone on the way out, also by an exception.
+#include "platform/rtl/VXExport.h"
 #include "tree/VXSVGElement.h"
 
 #include <algorithm>
@@ -12,7 +13,7 @@ namespace vx {
 // Enters Element into Stack (the elements at work on this thread, innermost last) unless it is
 // there already or Stack is Limit deep; Entered is false then, and the caller does nothing, which
 // ends reference cycles and runaway nesting.
-class TStackScope
+class VX_EXPORT TStackScope
 {
 public:
   TStackScope(std::vector<const TSVGElement *> &Stack, const TSVGElement &Element, std::size_t Limit)
@@ -37,7 +38,7 @@ private:
 };
 
 // Sets Element's enabled state to Value and puts the old one back.
-class TEnabledScope
+class VX_EXPORT TEnabledScope
 {
 public:
   TEnabledScope(TSVGElement &Element, bool Value) : FElement(Element), FSaved(Element.Enabled())
@@ -54,7 +55,7 @@ private:
 };
 
 // Lends Target to Borrower as its parent, so that it draws and inherits there.
-class TParentLoan
+class VX_EXPORT TParentLoan
 {
 public:
   TParentLoan(TSVGElement &Target, TSVGElement &Borrower) : FTarget(Target), FSaved(Target.Parent())

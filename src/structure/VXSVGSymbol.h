@@ -2,11 +2,12 @@
 // The "symbol" element: a viewport container that is drawn in place by its parent's walk and
 // through "use". In standard mode it is drawn only through "use", keeps the rectangle it was given
 // and has no transform of its own.
+#include "platform/rtl/VXExport.h"
 #include "tree/VXSVGCustomViewBox.h"
 
 namespace vx {
 
-class TSVGSymbol : public TSVGCustomViewBox
+class VX_EXPORT TSVGSymbol : public TSVGCustomViewBox
 {
   VX_SVG_ELEMENT_CLASS(TSVGSymbol)
 

@@ -35,6 +35,27 @@ bool WithinReferenceBudget()
   return ++NestedReferences <= MaxNestedReferences;
 }
 
+// The uses whose targets the relation test under way on this thread is looking into, and how
+// many targets it has followed in all; the same allowance as drawing keeps fan-outs affordable.
+thread_local std::vector<const TSVGElement *> FollowedUses;
+thread_local int FollowedTargets = 0;
+
+// Marks a use as followed for the span of one relation test through its target.
+class TFollowScope
+{
+public:
+  explicit TFollowScope(const TSVGElement &Use)
+  {
+    if (FollowedUses.empty())
+      FollowedTargets = 0;
+    FollowedUses.push_back(&Use);
+    ++FollowedTargets;
+  }
+  ~TFollowScope() { FollowedUses.pop_back(); }
+  TFollowScope(const TFollowScope &) = delete;
+  TFollowScope &operator=(const TFollowScope &) = delete;
+};
+
 // Whether Target is From or one of From's ancestors (lent ones included).
 bool IsWithin(const TSVGElement &Target, const TSVGElement &From)
 {
@@ -142,6 +163,38 @@ TSVGGraphicElement *TSVGUse::LendableTarget() const
   if (!Shown || IsWithin(*Shown, *this) || LendingDepth >= MaxUseNesting || !WithinReferenceBudget())
     return nullptr;
   return Shown;
+}
+
+const TSVGGraphicElement *TSVGUse::RelationTarget() const
+{
+  const bool Following = std::find(FollowedUses.begin(), FollowedUses.end(), this) != FollowedUses.end();
+  if (Following || FollowedUses.size() >= std::size_t(MaxUseNesting) ||
+      (!FollowedUses.empty() && FollowedTargets >= MaxNestedReferences))
+    return nullptr;
+  return Target();
+}
+
+bool TSVGUse::HasChild(const TSVGElement *E) const
+{
+  if (const TSVGGraphicElement *Shown = RelationTarget()) {
+    if (E && E == Shown)
+      return true;
+    TFollowScope Scope(*this);
+    if (Shown->HasChild(E))
+      return true;
+  }
+  return TSVGGraphicElement::HasChild(E);
+}
+
+bool TSVGUse::HasDescendant(const TSVGElement *E) const
+{
+  if (TSVGGraphicElement::HasDescendant(E))
+    return true;
+  const TSVGGraphicElement *Shown = RelationTarget();
+  if (!Shown)
+    return false;
+  TFollowScope Scope(*this);
+  return Shown->HasDescendant(E);
 }
 
 TRectF TSVGUse::GetBoundsRect() const

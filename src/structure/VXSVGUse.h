@@ -9,12 +9,13 @@
 // where it is first met, before the target is lent, and the rest of the picture is drawn as usual.
 // So the parent chain never loops and the stack never runs deep; a chain of uses deeper than
 // MaxUseNesting is cut off the same way.
+#include "platform/rtl/VXExport.h"
 #include "tree/VXSVGGraphicElement.h"
 #include "tree/VXSVGReferenceListener.h"
 
 namespace vx {
 
-class TSVGUse : public TSVGGraphicElement
+class VX_EXPORT TSVGUse : public TSVGGraphicElement
 {
   VX_SVG_ELEMENT_CLASS(TSVGUse)
 
@@ -52,6 +53,10 @@ public:
   // With no size of its own, the target's bounds under Matrix, the target lent for the span.
   TRectF GetBoundsRect(const TMatrix &Matrix) const override;
 
+  // For selector matching the target is a child of the use, and what it holds are descendants;
+  // uses met again on the way through other uses' targets are not followed a second time.
+  bool HasChild(const TSVGElement *E) const override;
+  bool HasDescendant(const TSVGElement *E) const override;
   // The use's control, covering its bounds, with the lent target's controls generated inside it
   // where the target is drawn: moved by x and y, or mapped into the use's rectangle for a symbol
   // or a document.
@@ -76,6 +81,10 @@ protected:
                                              const TRectF &Rect, TSVGFindOptions Options) override;
 
 private:
+  // Target, unless this use is already being followed by the relation test under way, or the test
+  // has followed too many targets.
+  const TSVGGraphicElement *RelationTarget() const;
+
   // The rectangle a symbol or document target maps into: this element's bounds under Matrix, which
   // already holds the element's transform.
   TRectF DeviceViewport(const TMatrix &Matrix) const;

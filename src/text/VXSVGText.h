@@ -9,6 +9,7 @@
 // The family is implemented by concern: the model, chunking and XML here (VXSVGText.cpp), glyph
 // metrics and placement (VXSVGTextLayout.cpp), both drawing roads (VXSVGTextDraw.cpp) and the
 // placement along a path (VXSVGTextPath.cpp).
+#include "platform/rtl/VXExport.h"
 #include "platform/geometry/VXPathData.h"
 #include "tree/VXSVGGraphicElement.h"
 #include "tree/VXSVGReferenceListener.h"
@@ -25,7 +26,7 @@ class TSVGCustomText;
 class TSVGPath;
 
 // The position data of one character.
-struct TSVGCharChunk
+struct VX_EXPORT TSVGCharChunk
 {
   float X = 0;
   bool XSpecified = false;
@@ -42,7 +43,7 @@ struct TSVGCharChunk
 using TSVGCharChunks = std::vector<TSVGCharChunk>;
 
 // A run of characters: Text[i] belongs to Chars[i]. Chunks live for one layout pass only.
-struct TSVGTextChunk
+struct VX_EXPORT TSVGTextChunk
 {
   TSVGTextChunk() = default;
   explicit TSVGTextChunk(const QString &AText) : Text(AText) {}
@@ -59,7 +60,7 @@ using TSVGTextChunks = std::vector<TSVGTextChunk>;
 
 // Text properties that only the standard road reads, as written on the element (its attribute, or
 // its style attribute, which wins).
-struct TSVGBrowserTextProperties
+struct VX_EXPORT TSVGBrowserTextProperties
 {
   QString FontVariationSettings, FontStretch, FontKerning, FontStyle;
   // textLength in user units; below 0 when not given.
@@ -70,7 +71,7 @@ struct TSVGBrowserTextProperties
 // Glyph paths by the element that owns them, in the order the elements first came.
 using TSVGTextPaths = std::vector<std::pair<TSVGCustomText *, std::unique_ptr<TVXGPPath>>>;
 
-class TSVGCustomText : public TSVGGraphicElement
+class VX_EXPORT TSVGCustomText : public TSVGGraphicElement
 {
 public:
   explicit TSVGCustomText(TSVGDocument *Owner);
@@ -265,7 +266,7 @@ class TSVGText;
 
 // The control generated for a text: it draws a copy of the text, which keeps the look the text had
 // in its tree, under the matrix that takes the text to the control's pixels.
-class IVXSVGTextControl
+class VX_EXPORT IVXSVGTextControl
 {
 public:
   virtual ~IVXSVGTextControl() = default;
@@ -276,7 +277,7 @@ public:
 
 // The "text" element: the outermost element of a text tree, which lays out and anchors everything
 // below it.
-class TSVGText : public TSVGCustomText
+class VX_EXPORT TSVGText : public TSVGCustomText
 {
   VX_SVG_ELEMENT_CLASS(TSVGText)
 
@@ -309,7 +310,7 @@ protected:
 };
 
 // An element inside a text: writing mode, baseline and anchor come from the text around it.
-class TSVGCustomTextContentChild : public TSVGCustomText
+class VX_EXPORT TSVGCustomTextContentChild : public TSVGCustomText
 {
 public:
   using TSVGCustomText::TSVGCustomText;
@@ -321,7 +322,7 @@ public:
   void AlignText(TSVGCustomText &AText, TVXGPPath &Path, TRectF R, const TPointF &Offset) override;
 };
 
-class TSVGTextSpan : public TSVGCustomTextContentChild
+class VX_EXPORT TSVGTextSpan : public TSVGCustomTextContentChild
 {
   VX_SVG_ELEMENT_CLASS(TSVGTextSpan)
 
@@ -331,7 +332,7 @@ public:
 };
 
 // "tref": shows the text of another text element, looked up at every use.
-class TSVGTextRef : public TSVGCustomTextContentChild
+class VX_EXPORT TSVGTextRef : public TSVGCustomTextContentChild
 {
   VX_SVG_ELEMENT_CLASS(TSVGTextRef)
 
@@ -359,7 +360,7 @@ private:
 };
 
 // "textPath": places its characters along a path element (VXSVGTextPath.cpp).
-class TSVGTextPath : public TSVGCustomTextContentChild
+class VX_EXPORT TSVGTextPath : public TSVGCustomTextContentChild
 {
   VX_SVG_ELEMENT_CLASS(TSVGTextPath)
 
@@ -377,7 +378,8 @@ public:
   void SetPath(const TVXPathData &Value);
   const QString &Reference() const { return FReference; }
   void SetReference(const QString &Value);
-  TSVGLength &StartOffset() const { return *FStartOffset; }
+  TSVGLength &StartOffset() { return *FStartOffset; }
+  const TSVGLength &StartOffset() const { return *FStartOffset; }
   void SetStartOffset(const TSVGLength &Value);
   TSVGTextPathMethod Method() const { return FMethod; }
   void SetMethod(TSVGTextPathMethod Value);

@@ -64,7 +64,7 @@ QStringList FamiliesOf(const TSVGGraphicElement &Element)
 // The spacing property that holds for Element: browsers inherit letter-spacing, word-spacing and
 // kerning, so the nearest element that sets one decides. Nil: the automatic value.
 const TSVGStylePropertyAutoLength *InheritedSpacing(const TSVGGraphicElement &Element,
-                                                    TSVGStylePropertyAutoLength &(TSVGGraphicElement::*Property)() const)
+                                                    const TSVGStylePropertyAutoLength &(TSVGGraphicElement::*Property)() const)
 {
   for (const TSVGGraphicElement *E = &Element; E; E = E->GetGraphicParent())
     if (!(E->*Property)().IsAutomatic())

@@ -6,6 +6,7 @@
 // anchored on their advances, moved by their baseline shifts, and turned into outlines in the shapes
 // of the elements that own them, so that drawing, clipping and hit testing are those of the
 // documented road.
+#include "platform/rtl/VXExport.h"
 #include "platform/textengine/VXTextEngine.h"
 
 #include <QPainterPath>
@@ -22,7 +23,7 @@ class TSVGCustomText;
 class TSVGText;
 class TSVGTextPath;
 
-class TSVGBrowserTextLayout
+class VX_EXPORT TSVGBrowserTextLayout
 {
 public:
   explicit TSVGBrowserTextLayout(TSVGText &Root);

@@ -2,6 +2,7 @@
 // The virtual constructor of element classes: one class-info record per class, and the table
 // SVGClasses that maps an element type to the class that reads it. Modules enter their classes at
 // start-up through a TSVGClassRegistration object, so the core never names them.
+#include "platform/rtl/VXExport.h"
 #include "values/VXSVGVocabulary.h"
 
 #include <array>
@@ -11,7 +12,7 @@ namespace vx {
 class TSVGDocument;
 class TSVGElement;
 
-struct TSVGElementClass
+struct VX_EXPORT TSVGElementClass
 {
   QString Name;
   TSVGElement *(*Create)(TSVGDocument *Owner);
@@ -20,11 +21,11 @@ struct TSVGElementClass
 using TSVGClassTable = std::array<const TSVGElementClass *, SVGElementTypeCount>;
 
 // The class per element type; nil where no class reads that type.
-TSVGClassTable &SVGClasses();
+VX_EXPORT TSVGClassTable &SVGClasses();
 
 // Enters Class as the reader of Type while the registration object lives (normally for the life of
 // the program: a static object in the module that defines the class).
-class TSVGClassRegistration
+class VX_EXPORT TSVGClassRegistration
 {
 public:
   TSVGClassRegistration(TSVGElementType Type, const TSVGElementClass &Class);
@@ -38,11 +39,11 @@ private:
 };
 
 // The first registered class named Name (exact), or nil.
-const TSVGElementClass *GetSVGClass(const QString &Name);
+VX_EXPORT const TSVGElementClass *GetSVGClass(const QString &Name);
 // As GetSVGClass, failing with EClassNotFound.
-const TSVGElementClass &FindSVGClass(const QString &Name);
+VX_EXPORT const TSVGElementClass &FindSVGClass(const QString &Name);
 // The type under which Class is registered (by identity), or etNone.
-TSVGElementType GetElementType(const TSVGElementClass *Class);
+VX_EXPORT TSVGElementType GetElementType(const TSVGElementClass *Class);
 
 } // namespace vx
 

@@ -2,6 +2,7 @@
 // Turning a document into live controls: the table of control classes per element type and the
 // events of a generation. The control classes live in the components layer, which enters them here
 // at start-up; the elements see a control only through the faces of platform/vectorkit.
+#include "platform/rtl/VXExport.h"
 #include "platform/vectorkit/VXGPControlFaces.h"
 #include "values/VXSVGVocabulary.h"
 
@@ -13,7 +14,7 @@ namespace vx {
 class TSVGElement;
 
 // The virtual constructor of one control class: a new control owned by Owner, placed in Parent.
-struct TSVGControlClass
+struct VX_EXPORT TSVGControlClass
 {
   QString Name;
   IVXHostControl *(*Create)(TComponent *Owner, IVXHostControl *Parent);
@@ -23,7 +24,7 @@ using TSVGControlClassTable = std::array<const TSVGControlClass *, SVGElementTyp
 
 // The control class per element type; nil where an element type makes no control (defs, gradients,
 // clip paths ...), whose subtree then makes none either.
-TSVGControlClassTable &SVGControlClasses();
+VX_EXPORT TSVGControlClassTable &SVGControlClasses();
 
 // Told of each control a generation made, after the control got what its element copies into it
 // and before the element's children make theirs.
@@ -33,7 +34,7 @@ using TSVGCreateControlEvent = std::function<IVXHostControl *(TSVGElement *Eleme
 
 // The control class of shapes and paths: its path receives the element's geometry, and it places
 // itself over that path.
-class IVXSVGPathControl
+class VX_EXPORT IVXSVGPathControl
 {
 public:
   virtual ~IVXSVGPathControl() = default;

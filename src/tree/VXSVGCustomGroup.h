@@ -2,14 +2,15 @@
 // TSVGCustomGroup: the base of every element that holds other graphic elements (groups, defs,
 // switch and, through the view-box class, the document, symbols, markers and patterns). Groups,
 // markers and symbols share how they turn XML children into element objects.
+#include "platform/rtl/VXExport.h"
 #include "tree/VXSVGGraphicElement.h"
 
 namespace vx {
 
 // The child set of groups, defs, symbols, markers, patterns and documents.
-TSVGElementTypes SVGGroupChildTypes();
+VX_EXPORT TSVGElementTypes SVGGroupChildTypes();
 
-class TSVGCustomGroup : public TSVGGraphicElement
+class VX_EXPORT TSVGCustomGroup : public TSVGGraphicElement
 {
 public:
   using TSVGGraphicElement::TSVGGraphicElement;

@@ -2,12 +2,13 @@
 // TSVGCustomViewBox: a group that establishes a viewport (the document, nested svg, symbols,
 // markers, patterns and images): it maps its view box into the viewport with the preserveAspectRatio
 // arithmetic and hides what overflows the viewport when clipping is on.
+#include "platform/rtl/VXExport.h"
 #include "tree/VXSVGCustomGroup.h"
 #include "values/VXSVGViewBox.h"
 
 namespace vx {
 
-class TSVGCustomViewBox : public TSVGCustomGroup
+class VX_EXPORT TSVGCustomViewBox : public TSVGCustomGroup
 {
 public:
   // Markers align with saNone by default; every other viewport centres (saXMidYMid).

@@ -48,9 +48,11 @@ TSVGDocument::TSVGDocument(TSVGDocument *Owner) : TSVGCustomViewBox(Owner), FUni
     StyleNotify(Style, Action);
   };
   FPrefLanguages.OnChange = [this](TObject *Sender) { ObjectPropChange(Sender); };
+  FDefaultAspectRatio.OnChange = [this](TObject *Sender) { ObjectPropChange(Sender); };
   SetHeight(100);
   SetWidth(100);
   FViewBox.SetRect(VXRect(0, 0, 100, 100));
+  ResetRenderingsToDefaults();
   FPrefLanguages.SetCommaText(QLocale::system().uiLanguages().join(QLatin1Char(',')));
 }
 
@@ -451,6 +453,73 @@ void TSVGDocument::Clear()
   TSVGCustomViewBox::Clear();
   FAllItems.Clear();
   FreeStyles();
+  ResetRenderingsToDefaults();
+}
+
+void TSVGDocument::ResetRenderingsToDefaults()
+{
+  FShapeRendering = FDefaultShapeRendering;
+  FColorRendering = FDefaultColorRendering;
+  FTextRendering = FDefaultTextRendering;
+  FColorInterpolation = FDefaultColorInterpolation;
+}
+
+namespace {
+
+template <class T> bool SetDefaultAndOwn(T &Default, T &Own, T Value)
+{
+  if (Default == Value)
+    return false;
+  Default = Own = Value;
+  return true;
+}
+
+} // namespace
+
+namespace {
+
+// A ratio counts once it differs from the one it started as.
+bool IsSpecified(const TSVGPreserveAspectRatio &Ratio)
+{
+  return Ratio.IsAlignStored() || Ratio.IsDeferStored() || Ratio.IsSliceStored();
+}
+
+} // namespace
+
+TMatrix TSVGDocument::GetViewMatrix(const TMatrix &Matrix, const TRectF &Rect) const
+{
+  if (!FViewBox.Specified() && !IsSpecified(FAspectRatio) && !IsSpecified(FDefaultAspectRatio))
+    return TSVGCustomViewBox::GetViewMatrix(Matrix, Rect);
+  const TSVGPreserveAspectRatio &Ratio = FViewBox.Specified() ? FAspectRatio : FDefaultAspectRatio;
+  float X = Rect.Left, Y = Rect.Top, ScaleX = 1, ScaleY = 1;
+  DefineView(Rect, FViewBox.Width()->GetValue(), FViewBox.Height()->GetValue(), Ratio, X, Y, ScaleX, ScaleY);
+  TMatrix Result = CreateTranslateVXMatrix(-FViewBox.X()->GetValue(), -FViewBox.Y()->GetValue());
+  Result = VXMatrixMultiply(Result, CreateScaleVXMatrix(ScaleX, ScaleY));
+  return VXMatrixMultiply(Result, CreateTranslateVXMatrix(X, Y));
+}
+
+void TSVGDocument::SetDefaultShapeRendering(TSVGShapeRendering Value)
+{
+  if (SetDefaultAndOwn(FDefaultShapeRendering, FShapeRendering, Value))
+    Change(this);
+}
+
+void TSVGDocument::SetDefaultColorRendering(TSVGColorRendering Value)
+{
+  if (SetDefaultAndOwn(FDefaultColorRendering, FColorRendering, Value))
+    Change(this);
+}
+
+void TSVGDocument::SetDefaultTextRendering(TSVGTextRendering Value)
+{
+  if (SetDefaultAndOwn(FDefaultTextRendering, FTextRendering, Value))
+    Change(this);
+}
+
+void TSVGDocument::SetDefaultColorInterpolation(TSVGColorInterpolation Value)
+{
+  if (SetDefaultAndOwn(FDefaultColorInterpolation, FColorInterpolation, Value))
+    Change(this);
 }
 
 void TSVGDocument::AssignProperties(const TSVGElement *Source)
@@ -464,6 +533,7 @@ void TSVGDocument::AssignProperties(const TSVGElement *Source)
     FDefaultColorRendering = Document->FDefaultColorRendering;
     FDefaultTextRendering = Document->FDefaultTextRendering;
     FDefaultColorInterpolation = Document->FDefaultColorInterpolation;
+    FDefaultAspectRatio.Assign(&Document->FDefaultAspectRatio);
     FPrefLanguages.Assign(&Document->FPrefLanguages);
     FreeStyles();
     for (const auto &Rule : Document->FStyles) {

@@ -2,6 +2,7 @@
 // TSVGDocument: the class of the svg element and the root that owns a loaded document: the table of
 // all elements by id, the style rules, the options, the resolution and unit factors, and the events.
 // A nested svg is again a document whose owner answers for options, events and the element table.
+#include "platform/rtl/VXExport.h"
 #include "platform/common/VXDictionary.h"
 #include "tree/VXSVGCustomViewBox.h"
 #include "tree/VXSVGResources.h"
@@ -35,7 +36,7 @@ using TSVGSaveElementEvent = std::function<void(TObject *Sender, TSVGElement *El
 using TSVGShouldDrawQEvent = std::function<void(const TSVGElement *Element, bool &Draw)>;
 using TSVGGraphicElementFoundEvent = std::function<void(TObject *Sender, TSVGGraphicElement *&Element)>;
 
-class TSVGDocument : public TSVGCustomViewBox
+class VX_EXPORT TSVGDocument : public TSVGCustomViewBox
 {
   VX_SVG_ELEMENT_CLASS(TSVGDocument)
 
@@ -91,10 +92,8 @@ public:
     TSVGElement *Found = nullptr;
     return FAllItems.TryGetValue(ID, Found) ? dynamic_cast<T *>(Found) : nullptr;
   }
-  // The picture drawn into a new transparent image of Size, stretched over it as Draw does.
+  // The picture drawn into a new transparent image of Size, laid out in it as Draw does.
   QImage Render(const QSize &Size);
-  // Draws the picture into Rect of whatever Painter paints on.
-  void Draw(QPainter &Painter, const QRectF &Rect);
   using TSVGCustomViewBox::Draw;
 
   // --- tables ---
@@ -136,10 +135,21 @@ public:
   TSVGColorRendering DefaultColorRendering() const { return FDefaultColorRendering; }
   TSVGTextRendering DefaultTextRendering() const { return FDefaultTextRendering; }
   TSVGColorInterpolation DefaultColorInterpolation() const { return FDefaultColorInterpolation; }
-  void SetDefaultShapeRendering(TSVGShapeRendering Value) { FDefaultShapeRendering = Value; }
-  void SetDefaultColorRendering(TSVGColorRendering Value) { FDefaultColorRendering = Value; }
-  void SetDefaultTextRendering(TSVGTextRendering Value) { FDefaultTextRendering = Value; }
-  void SetDefaultColorInterpolation(TSVGColorInterpolation Value) { FDefaultColorInterpolation = Value; }
+  // Each default is also the document's own value of its property, so a change of the default
+  // reaches the document's field and every element that inherits it.
+  void SetDefaultShapeRendering(TSVGShapeRendering Value);
+  void SetDefaultColorRendering(TSVGColorRendering Value);
+  void SetDefaultTextRendering(TSVGTextRendering Value);
+  void SetDefaultColorInterpolation(TSVGColorInterpolation Value);
+  // How a picture without a view box is laid out in its rectangle once this differs from its start
+  // (centred, meet): saNone stretches it, the others scale and align it; unchanged, one unit a pixel.
+  TSVGPreserveAspectRatio &DefaultAspectRatio() { return FDefaultAspectRatio; }
+  const TSVGPreserveAspectRatio &DefaultAspectRatio() const { return FDefaultAspectRatio; }
+  void SetDefaultAspectRatio(const TSVGPreserveAspectRatio &Value) { FDefaultAspectRatio.Assign(&Value); }
+  // The view box mapped by the document's own aspect ratio, or, without a view box, the picture's
+  // rectangle mapped by DefaultAspectRatio; with neither ratio changed, the viewport's own matrix.
+  TMatrix GetViewMatrix(const TMatrix &Matrix, const TRectF &Rect) const override;
+  using TSVGCustomViewBox::GetViewMatrix;
 
   // --- conditional processing ---
   using TSVGCustomViewBox::DoShouldDraw;
@@ -193,6 +203,7 @@ protected:
 
 private:
   static TSVGUnitFactors CalcUnitFactors(int DPI);
+  void ResetRenderingsToDefaults();
   void StyleNotify(TSVGStyle *Style, TCollectionNotification Action);
   void FreeStyles();
 
@@ -206,6 +217,7 @@ private:
   TSVGColorRendering FDefaultColorRendering = clrnAuto;
   TSVGTextRendering FDefaultTextRendering = txrnAuto;
   TSVGColorInterpolation FDefaultColorInterpolation = sciSRGB;
+  TSVGPreserveAspectRatio FDefaultAspectRatio{saXMidYMid, false, false};
   QString FFormatStr = QStringLiteral("0.###");
   std::vector<TSVGElement *> FGradients, FMarkers, FPatterns;
   bool FAllItemsModified = true;

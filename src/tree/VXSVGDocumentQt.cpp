@@ -16,10 +16,4 @@ QImage TSVGDocument::Render(const QSize &Size)
   return Bitmap.Image();
 }
 
-void TSVGDocument::Draw(QPainter &Painter, const QRectF &Rect)
-{
-  TVXGPCanvas Canvas(&Painter);
-  Draw(Canvas, TRectF{float(Rect.left()), float(Rect.top()), float(Rect.right()), float(Rect.bottom())});
-}
-
 } // namespace vx

@@ -6,11 +6,13 @@
 // however deep they sit. Past it the reference is skipped rather than raised: a picture is not
 // drawn, a tile paints nothing and a layer is folded (drawn without a raster of its own), while the
 // rest of the picture still draws.
+#include "platform/rtl/VXExport.h"
+
 #include <cstdint>
 
 namespace vx {
 
-class TSVGDrawScope
+class VX_EXPORT TSVGDrawScope
 {
 public:
   // 256 M pixels: a thousand layers the size of a large screen.

@@ -413,6 +413,16 @@ const TSVGCustomViewBox *TSVGElement::GetNearestViewBox() const
   return FParent ? FParent->GetNearestViewBox() : nullptr;
 }
 
+QString TSVGElement::ToString() const
+{
+  IXMLDocument Document;
+  Document.SetOptions(Document.Options() | TXMLDocOptions{doNodeAutoIndent});
+  Document.SetDocumentElement(Document.CreateNode(SVGTypeName(), ntElement, SVGNamespaceURI));
+  // Writing marks the element's state only for its span, so the element is unchanged afterwards.
+  const_cast<TSVGElement *>(this)->SaveToXML(Document.DocumentElement());
+  return Document.XML();
+}
+
 TPointF TSVGElement::ScreenToLocal(const TPointF &Point, const TRectF &Rect) const
 {
   const TSVGCustomViewBox *Nearest = GetNearestViewBox();

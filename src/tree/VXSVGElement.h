@@ -2,6 +2,7 @@
 // TSVGElement: the base of every node of a loaded document. It owns its children, knows its parent
 // and its owner document, carries the attributes common to all elements and is the channel through
 // which every change reaches the document.
+#include "platform/rtl/VXExport.h"
 #include "platform/common/VXAssignList.h"
 #include "platform/geometry/VXGeometry.h"
 #include "platform/rtl/VXStringList.h"
@@ -23,7 +24,7 @@ class TSVGCustomViewBox;
 // The children of an element: owning, so removal frees and extraction hands the child back.
 using TSVGElementList = TVXAssignList<TSVGElement>;
 
-class TSVGElement : public TPersistent
+class VX_EXPORT TSVGElement : public TPersistent
 {
 public:
   explicit TSVGElement(TSVGDocument *Owner);
@@ -90,8 +91,9 @@ public:
 
   // The relation tests used by selector matching; HasSibling and HasFollowing keep their historic
   // meaning (see the definitions).
-  bool HasChild(const TSVGElement *E) const;
-  bool HasDescendant(const TSVGElement *E) const;
+  // A use counts its target as a child of its own (structure/VXSVGUse.h).
+  virtual bool HasChild(const TSVGElement *E) const;
+  virtual bool HasDescendant(const TSVGElement *E) const;
   bool HasAncestor(const TSVGElement *E) const;
   bool HasSibling(const TSVGElement *E) const;
   bool HasPreceding(const TSVGElement *E) const;
@@ -158,6 +160,12 @@ public:
   static TMatrix FitToRect(const TRectF &Dest, const TRectF &Source);
   TMatrix GetViewMatrix(const TRectF &Rect) const { return GetViewMatrix(VXIdentityMatrix, Rect); }
   virtual TMatrix GetViewMatrix(const TMatrix &Matrix, const TRectF &Rect) const;
+  // The integer rectangles of controls and bitmaps, widened to float ones.
+  TMatrix GetViewMatrix(const TRect &Rect) const { return GetViewMatrix(RectToVXRect(Rect)); }
+  TMatrix GetViewMatrix(const TMatrix &Matrix, const TRect &Rect) const
+  {
+    return GetViewMatrix(Matrix, RectToVXRect(Rect));
+  }
   // Self when it is a view-box element with a specified view box, else the parent's answer.
   virtual const TSVGCustomViewBox *GetNearestViewBox() const;
   TPointF ScreenToLocal(const TPointF &Point, const TRectF &Rect) const;
@@ -187,6 +195,8 @@ public:
   virtual void ApplyStyles();
   // Writes the element into Node, which its parent made for it: events around DoSaveToXML.
   virtual void SaveToXML(const IXMLNode &Node);
+  // The element and its subtree as the text of an indented XML document of their own.
+  QString ToString() const;
   // Whether Element is written: a disabled one is not (without soExportDisabled), and the owner's
   // OnSavingElement may refuse. A refused element keeps its empty node.
   virtual bool DoOnSavingElement(TSVGElement *Element, const IXMLNode &Node);
@@ -257,7 +267,7 @@ protected:
 };
 
 // BeginUpdate/EndUpdate for a scope, also on the way out by an exception.
-class TSVGUpdateGuard
+class VX_EXPORT TSVGUpdateGuard
 {
 public:
   explicit TSVGUpdateGuard(TSVGElement &Element);

@@ -697,13 +697,15 @@ void TSVGGraphicElement::ResetToDefaults()
   FDirection = TSVGDirection(1);
   FAlignmentBaseline = TSVGAlignmentBaseline(1);
   FDominantBaseline = TSVGDominantBaseline(1);
-  FInherits.SetValue(DefaultInherits);
-  FPreferredStyles.SetValue(TSVGStyleProperties{});
-  FBrushChanged = FPenChanged = FFontChanged = FClippingChanged = FShapeCacheChanged = true;
+  // Clearing a length also drops its inherit bit, so the lengths go first and the default set
+  // of inherited properties is laid over them.
   FLetterSpacing->Clear();
   FKerning->Clear();
   FWordSpacing->Clear();
   FBaselineShift->Clear();
+  FInherits.SetValue(DefaultInherits);
+  FPreferredStyles.SetValue(TSVGStyleProperties{});
+  FBrushChanged = FPenChanged = FFontChanged = FClippingChanged = FShapeCacheChanged = true;
   FClipURI.clear();
   FMaskURI.clear();
   FMarkerStartURI.clear();

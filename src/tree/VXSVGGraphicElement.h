@@ -7,6 +7,7 @@
 // The class is implemented in several sources by concern: the model here (tree/), reading styles
 // (graphics/VXSVGPresentation.cpp), paint resolution (graphics/VXSVGPaintResolution.cpp) and the
 // draw frame (graphics/VXSVGDrawPipeline.cpp).
+#include "platform/rtl/VXExport.h"
 #include "platform/common/VXDictionary.h"
 #include "platform/vectorkit/VXGPLayer.h"
 #include "platform/vectorkit/VXGPPath.h"
@@ -21,6 +22,12 @@
 #include <cstdint>
 #include <memory>
 
+class QPainter;
+class QPointF;
+class QRect;
+class QRectF;
+class QTransform;
+
 namespace vx {
 
 class TVXGPCanvas;
@@ -30,7 +37,7 @@ class TVXPathData;
 enum TSVGPaintPart : std::uint8_t { spFill, spStroke, spMarkers };
 using TSVGPaintOrder = std::array<TSVGPaintPart, 3>;
 
-class TSVGGraphicElement : public TSVGElement
+class VX_EXPORT TSVGGraphicElement : public TSVGElement
 {
 public:
   explicit TSVGGraphicElement(TSVGDocument *Owner);
@@ -142,10 +149,19 @@ public:
   void SetParentPreferredStyles(bool Value) { FParentPreferredStyles = Value; }
   TSVGUnit OpacityPreferredUnit() const { return FOpacityPreferredUnit; }
 
-  TSVGStylePropertyAutoLength &LetterSpacing() const { return *FLetterSpacing; }
-  TSVGStylePropertyAutoLength &Kerning() const { return *FKerning; }
-  TSVGStylePropertyAutoLength &WordSpacing() const { return *FWordSpacing; }
-  TSVGBaselineShiftLength &BaselineShift() const { return *FBaselineShift; }
+  TSVGStylePropertyAutoLength &LetterSpacing() { return *FLetterSpacing; }
+  const TSVGStylePropertyAutoLength &LetterSpacing() const { return *FLetterSpacing; }
+  TSVGStylePropertyAutoLength &Kerning() { return *FKerning; }
+  const TSVGStylePropertyAutoLength &Kerning() const { return *FKerning; }
+  TSVGStylePropertyAutoLength &WordSpacing() { return *FWordSpacing; }
+  const TSVGStylePropertyAutoLength &WordSpacing() const { return *FWordSpacing; }
+  TSVGBaselineShiftLength &BaselineShift() { return *FBaselineShift; }
+  const TSVGBaselineShiftLength &BaselineShift() const { return *FBaselineShift; }
+  // The length setters copy Value into the element's own length, whose change event does the rest.
+  void SetLetterSpacing(const TSVGLength &Value) { FLetterSpacing->Assign(&Value); }
+  void SetKerning(const TSVGLength &Value) { FKerning->Assign(&Value); }
+  void SetWordSpacing(const TSVGLength &Value) { FWordSpacing->Assign(&Value); }
+  void SetBaselineShift(const TSVGLength &Value) { FBaselineShift->Assign(&Value); }
 
   // The inline style attribute (and, after loading, every attribute read), as property/value pairs.
   const TSVGStyle &Style() const { return FStyle; }
@@ -157,10 +173,18 @@ public:
   // The matrix as an SVG transform; setting fails as the transform parser does and keeps the old one.
   QString GetTransformMatrix() const;
   void SetTransformMatrix(const QString &Value);
-  TSVGLength &Xu() const { return *FX; }
-  TSVGLength &Yu() const { return *FY; }
-  TSVGLength &WidthU() const { return *FWidth; }
-  TSVGLength &HeightU() const { return *FHeight; }
+  TSVGLength &Xu() { return *FX; }
+  const TSVGLength &Xu() const { return *FX; }
+  TSVGLength &Yu() { return *FY; }
+  const TSVGLength &Yu() const { return *FY; }
+  TSVGLength &WidthU() { return *FWidth; }
+  const TSVGLength &WidthU() const { return *FWidth; }
+  TSVGLength &HeightU() { return *FHeight; }
+  const TSVGLength &HeightU() const { return *FHeight; }
+  void SetXu(const TSVGLength &Value) { FX->Assign(&Value); }
+  void SetYu(const TSVGLength &Value) { FY->Assign(&Value); }
+  void SetWidthU(const TSVGLength &Value) { FWidth->Assign(&Value); }
+  void SetHeightU(const TSVGLength &Value) { FHeight->Assign(&Value); }
   // Resolved values in user units; the Raw forms are the stored numbers with no unit resolved.
   virtual float GetX() const;
   virtual float GetXRaw() const;
@@ -193,6 +217,15 @@ public:
   // Draws into Rect through the document's view matrix.
   virtual void Draw(TVXGPCanvas &Canvas, const TRectF &Rect);
   virtual void Draw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
+  // The same through whatever Painter paints on (graphics/VXSVGQtSurface.cpp); the integer form
+  // is the one of controls and bitmaps.
+  void Draw(QPainter &Painter, const QRectF &Rect);
+  void Draw(QPainter &Painter, const QRect &Rect);
+  void Draw(const TMatrix &Matrix, QPainter &Painter, const QRect &Rect);
+  // GetViewMatrix and the bounds in Qt's terms.
+  QTransform ViewTransform(const QRectF &Rect) const;
+  QRectF BoundingRect() const;
+  QRectF BoundingRect(const QTransform &Transform) const;
   // Draws this element alone, in its place: the ancestors' transforms and clips apply.
   virtual void DrawElement(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
   // Ancestors first: composes their transforms into Matrix and sets their clips.
@@ -250,6 +283,8 @@ public:
                                            TSVGFindOptions Options);
   virtual TSVGGraphicElement *ElementAtPos(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TPointF &Point,
                                            const TRectF &Rect, TSVGFindOptions Options);
+  // The element under Point when the picture is drawn into Rect, found on a scratch canvas.
+  TSVGGraphicElement *ElementAtPos(const QPointF &Point, const QRectF &Rect, TSVGFindOptions Options = {});
   // Element was hit: the owner document's OnElementFound may answer another element, or nil.
   virtual TSVGGraphicElement *DoOnElementFound(TSVGGraphicElement *Element);
 
@@ -529,8 +564,8 @@ private:
 };
 
 // Rendering modes of the canvas from the presentation keywords.
-int GetCompositingQuality(TSVGColorRendering ColorRendering, TSVGColorInterpolation ColorInterpolation);
-int GetSmoothingMode(TSVGShapeRendering ShapeRendering);
-int GetTextRenderingHint(TSVGTextRendering TextRendering);
+VX_EXPORT int GetCompositingQuality(TSVGColorRendering ColorRendering, TSVGColorInterpolation ColorInterpolation);
+VX_EXPORT int GetSmoothingMode(TSVGShapeRendering ShapeRendering);
+VX_EXPORT int GetTextRenderingHint(TSVGTextRendering TextRendering);
 
 } // namespace vx

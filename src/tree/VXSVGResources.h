@@ -10,6 +10,8 @@
 // are never read, whatever is allowed. Files are opened without blocking, and a file larger than
 // MaxFileSize is not read. A refused file is a reference that finds nothing: the picture draws
 // without it.
+#include "platform/rtl/VXExport.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
@@ -22,7 +24,7 @@ namespace vx {
 // (empty for a document without a file), or an empty string to refuse it.
 using TSVGFileResolver = std::function<QString(const QString &Reference, const QString &DocumentFolder)>;
 
-class TSVGFilePolicy
+class VX_EXPORT TSVGFilePolicy
 {
 public:
   // Far beyond any picture file; a larger file is refused unread.
@@ -63,7 +65,7 @@ private:
 // data URIs and SVG pictures rendered into bitmaps, those of the pictures they show included. An
 // image whose bitmap would exceed the budget is a skipped reference: it draws nothing, and the rest
 // of the picture draws. Six images of a 11,000-pixel square picture would otherwise take 3 GB.
-class TSVGRasterBudget
+class VX_EXPORT TSVGRasterBudget
 {
 public:
   // 64 million pixels of four bytes: a large photograph, or many small pictures.

@@ -2,6 +2,7 @@
 // The rules of a style sheet filed by what an element must carry for each to apply (its id, a class
 // or its type), as browsers do, so that matching a tree costs the rules that may apply to each
 // element rather than every rule for every element.
+#include "platform/rtl/VXExport.h"
 #include "tree/VXSVGDocument.h"
 
 #include <QHash>
@@ -17,7 +18,7 @@ class TSVGStyle;
 // Which matcher reads the selectors: the documented one or the CSS one.
 enum class TSVGRuleMatching { Documented, CSS };
 
-class TSVGRuleIndex
+class VX_EXPORT TSVGRuleIndex
 {
 public:
   TSVGRuleIndex(const TSVGStyleTable &Sheet, TSVGRuleMatching Matching);
@@ -35,7 +36,7 @@ private:
 
 // Keeps an index of Sheet for its span, built on first use: a whole-tree style pass opens one, so
 // that every element of the pass shares it. The sheet must not change meanwhile.
-class TSVGRuleIndexScope
+class VX_EXPORT TSVGRuleIndexScope
 {
 public:
   explicit TSVGRuleIndexScope(const TSVGStyleTable &Sheet);
@@ -46,7 +47,7 @@ public:
 
 // The rules of Sheet that may apply to Element: from the index of an open scope over Sheet, or all
 // of them in enumeration order when no scope is open.
-std::vector<TSVGStyle *> CandidateRules(const TSVGElement &Element, const TSVGStyleTable &Sheet,
+VX_EXPORT std::vector<TSVGStyle *> CandidateRules(const TSVGElement &Element, const TSVGStyleTable &Sheet,
                                         TSVGRuleMatching Matching);
 
 } // namespace vx

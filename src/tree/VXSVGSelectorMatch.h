@@ -1,5 +1,7 @@
 #pragma once
 // Selector matching: whether one CSS selector applies to an element, and with what weight.
+#include "platform/rtl/VXExport.h"
+
 #include <QString>
 
 namespace vx {
@@ -16,11 +18,11 @@ class TSVGElement;
 // The relations (" ", ">", "+", and "*" after the start) look their right-hand name up in the
 // owner's table of ids and move on to that element; attribute values are read from Self even then.
 // Fails with ESVGException only for a malformed attribute selector.
-int MatchSelector(const TSVGElement &Self, const QString &Selector);
+VX_EXPORT int MatchSelector(const TSVGElement &Self, const QString &Selector);
 
 // What an element must carry for a selector to apply to it at all: an id, a class or a type name.
 // Any means the selector may apply to every element; Never that it applies to none.
-struct TSVGSelectorSubject
+struct VX_EXPORT TSVGSelectorSubject
 {
   enum TKind { Any, Never, Id, Class, Type };
   TKind Kind = Any;
@@ -31,6 +33,6 @@ struct TSVGSelectorSubject
 // tested on Self itself, so each of them names something Self must have. The id is preferred, then
 // a class, then the type. A selector that begins with "*" applies everywhere, and so does one the
 // tokenizer refuses, so that matching it raises the same error.
-TSVGSelectorSubject SelectorSubject(const QString &Selector);
+VX_EXPORT TSVGSelectorSubject SelectorSubject(const QString &Selector);
 
 } // namespace vx

@@ -3,6 +3,7 @@
 // A rule carries its selector as Name; an inline style has none. Later declarations of a name
 // replace earlier ones, as in CSS. The pairs keep the order in which their names first came, so the
 // text forms are the same on every run.
+#include "platform/rtl/VXExport.h"
 #include "platform/rtl/VXClasses.h"
 #include "platform/xml/VXXmlDom.h"
 #include "values/VXSVGVocabulary.h"
@@ -15,7 +16,7 @@
 
 namespace vx {
 
-class TSVGStyle : public TPersistent
+class VX_EXPORT TSVGStyle : public TPersistent
 {
 public:
   TSVGStyle() = default;

@@ -1,6 +1,8 @@
 #pragma once
 // Compressed SVG (".svgz"): gzip data is recognised by its first two bytes and inflated with a
 // bound on the result, so that a small hostile file cannot ask for gigabytes.
+#include "platform/rtl/VXExport.h"
+
 #include <QByteArray>
 
 namespace vx {
@@ -9,9 +11,9 @@ namespace vx {
 inline constexpr qsizetype SVGMaxInflatedSize = qsizetype(64) << 20;
 
 // True for data that starts with the gzip signature.
-bool IsGzipData(const QByteArray &Data);
+VX_EXPORT bool IsGzipData(const QByteArray &Data);
 // The inflated content of gzip Data. Raises EReadError for damaged data and for a result larger
 // than Limit bytes.
-QByteArray InflateGzip(const QByteArray &Data, qsizetype Limit = SVGMaxInflatedSize);
+VX_EXPORT QByteArray InflateGzip(const QByteArray &Data, qsizetype Limit = SVGMaxInflatedSize);
 
 } // namespace vx

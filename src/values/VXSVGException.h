@@ -1,11 +1,12 @@
 #pragma once
 // The library's one exception class and its message table. The messages are format strings for
 // vx::Format; they exist once, here.
+#include "platform/rtl/VXExport.h"
 #include "platform/rtl/VXExceptions.h"
 
 namespace vx {
 
-class ESVGException : public Exception
+class VX_EXPORT ESVGException : public Exception
 {
 public:
   using Exception::Exception;

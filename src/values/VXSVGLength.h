@@ -3,6 +3,7 @@
 // document shows what was loaded; pixels are computed on demand through unit factors and, for
 // percentages, a range, both supplied by the owner through events. The objects know nothing of the
 // element tree: inheritance is asked for through events as well.
+#include "platform/rtl/VXExport.h"
 #include "platform/rtl/VXClasses.h"
 #include "values/VXSVGVocabulary.h"
 
@@ -27,7 +28,7 @@ using TSVGLengthSetInheritedEvent = std::function<void(TSVGStylePropertyLength *
 // Finds the same length on the parent element, or leaves Parent null.
 using TSVGLengthParentEvent = std::function<void(TSVGStylePropertyLength *Sender, TSVGStylePropertyLength *&Parent)>;
 
-class TSVGLength : public TPersistent
+class VX_EXPORT TSVGLength : public TPersistent
 {
 public:
   // All zero, not a percentage, no unit.
@@ -90,7 +91,7 @@ protected:
 };
 
 // A length that a presentation property can inherit from the same property of the parent element.
-class TSVGStylePropertyLength : public TSVGLength
+class VX_EXPORT TSVGStylePropertyLength : public TSVGLength
 {
 public:
   explicit TSVGStylePropertyLength(TSVGStyleProperty StyleProperty);
@@ -121,7 +122,7 @@ protected:
 };
 
 // A length that a keyword ("auto", "normal") may stand in for.
-class TSVGStylePropertyAutoLength : public TSVGStylePropertyLength
+class VX_EXPORT TSVGStylePropertyAutoLength : public TSVGStylePropertyLength
 {
 public:
   explicit TSVGStylePropertyAutoLength(TSVGStyleProperty StyleProperty);
@@ -141,7 +142,7 @@ protected:
 };
 
 // The baseline-shift property: a keyword shift, or a length when the shift is bsLength or bsPercentage.
-class TSVGBaselineShiftLength : public TSVGStylePropertyLength
+class VX_EXPORT TSVGBaselineShiftLength : public TSVGStylePropertyLength
 {
 public:
   explicit TSVGBaselineShiftLength(TSVGStyleProperty StyleProperty);
@@ -161,7 +162,7 @@ protected:
 };
 
 // An owning list of lengths.
-class TSVGLengths
+class VX_EXPORT TSVGLengths
 {
 public:
   TSVGLengths() = default;

@@ -3,6 +3,7 @@
 // state: opacity apart from colour, the id of a paint server, the units and percent flags of what
 // the canvas holds as plain numbers, and, through OnIsInherited, which values are inherited, so that
 // streaming stores only an element's own values (the Is...Stored predicates).
+#include "platform/rtl/VXExport.h"
 #include "platform/rtl/VXStringList.h"
 #include "platform/vectorkit/VXGPFont.h"
 #include "platform/vectorkit/VXGPPaint.h"
@@ -20,7 +21,7 @@ namespace vx {
 // Asks the owner whether aProperty is inherited; the handler may rewrite IsInherited.
 using TSVGIsInheritedEvent = std::function<void(TObject *Sender, TSVGStyleProperty aProperty, bool &IsInherited)>;
 
-class TSVGBrush : public TVXGPBrush
+class VX_EXPORT TSVGBrush : public TVXGPBrush
 {
 public:
   explicit TSVGBrush(TVXGPCanvas *Canvas = nullptr, TVXGPBrushKind Kind = bkSolid, TVXGPColor Color = 0xFF000000);
@@ -57,7 +58,7 @@ private:
   float FDefaultOpacity = 1;
 };
 
-class TSVGPen : public TVXGPPen
+class VX_EXPORT TSVGPen : public TVXGPPen
 {
 public:
   explicit TSVGPen(TVXGPCanvas *Canvas = nullptr, TVXGPBrushKind Kind = bkSolid, TVXGPColor Color = 0xFF000000);
@@ -139,7 +140,7 @@ private:
   std::unique_ptr<TSVGLength> FSVGDashOffset;
 };
 
-class TSVGFont : public TVXGPFont
+class VX_EXPORT TSVGFont : public TVXGPFont
 {
 public:
   explicit TSVGFont(TVXGPCanvas *Canvas = nullptr);

@@ -2,6 +2,8 @@
 // Selector tokens: one CSS selector text as a flat array of tokens, which style matching walks from
 // left to right. A token carries the name or value that belongs to it; the combinators carry the
 // name on their right.
+#include "platform/rtl/VXExport.h"
+
 #include <QString>
 
 #include <array>
@@ -19,12 +21,12 @@ inline constexpr int SVGSelectorTokenTypeCount = sttLanguage + 1;
 
 // The text that introduces each kind of token; sttNone and sttString have none.
 using TSVGSelectorTokenTypeStrings = std::array<QString, SVGSelectorTokenTypeCount>;
-extern const TSVGSelectorTokenTypeStrings SVGSelectorTokenTypes;
+extern VX_EXPORT const TSVGSelectorTokenTypeStrings SVGSelectorTokenTypes;
 
 // Exact look-up in SVGSelectorTokenTypes from index 0; sttNone for anything unknown (and for "").
-TSVGSelectorTokenType GetSVGSelectorTokenType(const QString &S);
+VX_EXPORT TSVGSelectorTokenType GetSVGSelectorTokenType(const QString &S);
 
-struct TSVGSelectorToken
+struct VX_EXPORT TSVGSelectorToken
 {
   TSVGSelectorTokenType TokenType = sttNone;
   QString Value;
@@ -46,6 +48,6 @@ using TSVGSelectorTokens = std::vector<TSVGSelectorToken>;
 // Splits one selector (no commas) into tokens. Grammar is not checked beyond attribute selectors:
 // "[name" without a closing bracket, or with an operator that is not one, raises ESVGException
 // "Invalid selector: %s". A value without its "]" and a "(" without its ")" run to the end.
-TSVGSelectorTokens TokenizeSelector(const QString &S);
+VX_EXPORT TSVGSelectorTokens TokenizeSelector(const QString &S);
 
 } // namespace vx

@@ -2,6 +2,7 @@
 // The viewBox and preserveAspectRatio values of viewport elements. The view box keeps its four
 // numbers as lengths, so each keeps the unit it was written in, and tells its owner of a change once
 // per batch. How the two become a matrix is the viewport element's business.
+#include "platform/rtl/VXExport.h"
 #include "platform/geometry/VXGeometry.h"
 #include "platform/rtl/VXClasses.h"
 #include "values/VXSVGLength.h"
@@ -13,7 +14,7 @@
 
 namespace vx {
 
-class TSVGViewBox : public TPersistent
+class VX_EXPORT TSVGViewBox : public TPersistent
 {
 public:
   TSVGViewBox();
@@ -84,7 +85,7 @@ private:
   int FUpdateCount = 0;
 };
 
-class TSVGPreserveAspectRatio : public TPersistent
+class VX_EXPORT TSVGPreserveAspectRatio : public TPersistent
 {
 public:
   // The values given here are also the defaults that Clear restores and streaming compares with.
@@ -123,6 +124,6 @@ private:
 
 // Reads "[defer] <align> [meet|slice]" into AspectRatio; a blank text leaves it as it is. Words are
 // exact: an unknown align word gives saNone, and any last word but "slice" means meet.
-void ParseAspectRatio(const QString &S, TSVGPreserveAspectRatio &AspectRatio);
+VX_EXPORT void ParseAspectRatio(const QString &S, TSVGPreserveAspectRatio &AspectRatio);
 
 } // namespace vx

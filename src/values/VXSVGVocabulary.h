@@ -2,6 +2,7 @@
 // The dictionary of the library: every enumeration of SVG keywords with its name table, the constant
 // sets of element types and style properties, units, font tables, cursors, features and options.
 // Value 0 of a keyword enumeration means that nothing was given; its table entry is usually empty.
+#include "platform/rtl/VXExport.h"
 #include "platform/rtl/VXSet.h"
 
 #include <QString>
@@ -66,38 +67,38 @@ enum TSVGFillRule : std::uint8_t { frNone, frNonZero, frEvenOdd };
 enum TSVGVectorEffect : std::uint8_t { veNone, veNonScalingStroke };
 enum TSVGMarkerUnit : std::uint8_t { muNone, muStrokeWidth, muUserSpaceOnUse };
 
-extern const TSVGNames<TSVGAlign, 10> SVGAlignNames;
-extern const TSVGNames<TSVGAlignmentBaseline, 13> SVGAlignmentBaselines;
-extern const TSVGNames<TSVGBaselineShift, 6> SVGBaselineShifts;
-extern const TSVGNames<TSVGDominantBaseline, 13> SVGDominantBaselines;
-extern const TSVGNames<TSVGTextPathMethod, 3> SVGTextPathMethods;
-extern const TSVGNames<TSVGTextPathSpacing, 3> SVGTextPathSpacings;
-extern const TSVGNames<TSVGColorInterpolation, 4> SVGColorInterpolationNames;
-extern const TSVGNames<TSVGColorRendering, 4> SVGColorRenderingNames;
-extern const TSVGNames<TSVGShapeRendering, 5> SVGShapeRenderingNames;
-extern const TSVGNames<TSVGTextRendering, 5> SVGTextRenderingNames;
-extern const TSVGNames<TSVGDirection, 3> SVGDirections;
-extern const TSVGNames<TSVGWritingMode, 7> SVGWritingModes;
-extern const TSVGNames<TSVGGlyphOrientationVertical, 6> SVGGlyphOrientationVerticals;
-extern const TSVGNames<TSVGGlyphOrientationHorizontal, 5> SVGGlyphOrientationHorizontals;
-extern const TSVGNames<TSVGCursor, 17> SVGCursorNames;
-extern const TSVGNames<TSVGGenericFontFamily, 6> SVGGenericFontFamily;
-extern const TSVGNames<TSVGFontAbsSize, 8> SVGFontAbsSizes;
-extern const TSVGNames<TSVGFontWeight, 14> SVGFontWeights;
-extern const TSVGNames<TSVGFontVariant, 6> SVGFontVariants;
-extern const TSVGNames<TSVGFontStyle, 4> SVGFontStyles;
-extern const TSVGNames<TSVGTextAnchor, 4> SVGTextAnchors;
-extern const TSVGNames<TSVGTextAlign, 3> SVGTextAlignNames;
-extern const TSVGNames<TSVGTextDecoration, 5> SVGTextDecorations;
-extern const TSVGNames<TSVGCoordinateSystemUnit, 3> SVGCoordinateSystemUnits;
-extern const TSVGNames<TSVGGradientSpread, 4> SVGGradientSpreads;
-extern const TSVGNames<TSVGFillRule, 3> SVGFillRules;
-extern const TSVGNames<TSVGVectorEffect, 2> SVGVectorEffects;
-extern const TSVGNames<TSVGMarkerUnit, 3> SVGMarkerUnitNames;
+extern VX_EXPORT const TSVGNames<TSVGAlign, 10> SVGAlignNames;
+extern VX_EXPORT const TSVGNames<TSVGAlignmentBaseline, 13> SVGAlignmentBaselines;
+extern VX_EXPORT const TSVGNames<TSVGBaselineShift, 6> SVGBaselineShifts;
+extern VX_EXPORT const TSVGNames<TSVGDominantBaseline, 13> SVGDominantBaselines;
+extern VX_EXPORT const TSVGNames<TSVGTextPathMethod, 3> SVGTextPathMethods;
+extern VX_EXPORT const TSVGNames<TSVGTextPathSpacing, 3> SVGTextPathSpacings;
+extern VX_EXPORT const TSVGNames<TSVGColorInterpolation, 4> SVGColorInterpolationNames;
+extern VX_EXPORT const TSVGNames<TSVGColorRendering, 4> SVGColorRenderingNames;
+extern VX_EXPORT const TSVGNames<TSVGShapeRendering, 5> SVGShapeRenderingNames;
+extern VX_EXPORT const TSVGNames<TSVGTextRendering, 5> SVGTextRenderingNames;
+extern VX_EXPORT const TSVGNames<TSVGDirection, 3> SVGDirections;
+extern VX_EXPORT const TSVGNames<TSVGWritingMode, 7> SVGWritingModes;
+extern VX_EXPORT const TSVGNames<TSVGGlyphOrientationVertical, 6> SVGGlyphOrientationVerticals;
+extern VX_EXPORT const TSVGNames<TSVGGlyphOrientationHorizontal, 5> SVGGlyphOrientationHorizontals;
+extern VX_EXPORT const TSVGNames<TSVGCursor, 17> SVGCursorNames;
+extern VX_EXPORT const TSVGNames<TSVGGenericFontFamily, 6> SVGGenericFontFamily;
+extern VX_EXPORT const TSVGNames<TSVGFontAbsSize, 8> SVGFontAbsSizes;
+extern VX_EXPORT const TSVGNames<TSVGFontWeight, 14> SVGFontWeights;
+extern VX_EXPORT const TSVGNames<TSVGFontVariant, 6> SVGFontVariants;
+extern VX_EXPORT const TSVGNames<TSVGFontStyle, 4> SVGFontStyles;
+extern VX_EXPORT const TSVGNames<TSVGTextAnchor, 4> SVGTextAnchors;
+extern VX_EXPORT const TSVGNames<TSVGTextAlign, 3> SVGTextAlignNames;
+extern VX_EXPORT const TSVGNames<TSVGTextDecoration, 5> SVGTextDecorations;
+extern VX_EXPORT const TSVGNames<TSVGCoordinateSystemUnit, 3> SVGCoordinateSystemUnits;
+extern VX_EXPORT const TSVGNames<TSVGGradientSpread, 4> SVGGradientSpreads;
+extern VX_EXPORT const TSVGNames<TSVGFillRule, 3> SVGFillRules;
+extern VX_EXPORT const TSVGNames<TSVGVectorEffect, 2> SVGVectorEffects;
+extern VX_EXPORT const TSVGNames<TSVGMarkerUnit, 3> SVGMarkerUnitNames;
 
 // Indexed by a Boolean: false "hidden", true "visible"; serves visibility and overflow.
 using TSVGBooleanNames = std::array<QString, 2>;
-extern const TSVGBooleanNames SVGVisibility;
+extern VX_EXPORT const TSVGBooleanNames SVGVisibility;
 
 // --- element types ------------------------------------------------------------------------------
 
@@ -110,16 +111,16 @@ enum TSVGElementType : std::uint8_t {
 };
 inline constexpr int SVGElementTypeCount = etMask + 1;
 using TSVGElementTypes = TSet<TSVGElementType, std::uint32_t>;
-extern const TSVGNames<TSVGElementType, SVGElementTypeCount> SVGElementTypeNames;
+extern VX_EXPORT const TSVGNames<TSVGElementType, SVGElementTypeCount> SVGElementTypeNames;
 
-extern const TSVGElementTypes SVGAllElements;
-extern const TSVGElementTypes SVGContainerElements;
-extern const TSVGElementTypes SVGDescriptiveElements;
-extern const TSVGElementTypes SVGShapeElements;
-extern const TSVGElementTypes SVGStructuralElements;
-extern const TSVGElementTypes SVGGradientElements;
-extern const TSVGElementTypes SVGTextContentElements;
-extern const TSVGElementTypes SVGTextContentChildElements;
+extern VX_EXPORT const TSVGElementTypes SVGAllElements;
+extern VX_EXPORT const TSVGElementTypes SVGContainerElements;
+extern VX_EXPORT const TSVGElementTypes SVGDescriptiveElements;
+extern VX_EXPORT const TSVGElementTypes SVGShapeElements;
+extern VX_EXPORT const TSVGElementTypes SVGStructuralElements;
+extern VX_EXPORT const TSVGElementTypes SVGGradientElements;
+extern VX_EXPORT const TSVGElementTypes SVGTextContentElements;
+extern VX_EXPORT const TSVGElementTypes SVGTextContentChildElements;
 
 // --- style properties ---------------------------------------------------------------------------
 
@@ -136,16 +137,16 @@ enum TSVGStyleProperty : std::uint8_t {
 };
 inline constexpr int SVGStylePropertyCount = ipWritingMode + 1;
 using TSVGStyleProperties = TSet<TSVGStyleProperty, std::uint64_t>;
-extern const TSVGNames<TSVGStyleProperty, SVGStylePropertyCount> SVGStylePropertyNames;
-extern const TSVGNames<TSVGStyleProperty, SVGStylePropertyCount> DefaultSVGStylePropertyValues;
+extern VX_EXPORT const TSVGNames<TSVGStyleProperty, SVGStylePropertyCount> SVGStylePropertyNames;
+extern VX_EXPORT const TSVGNames<TSVGStyleProperty, SVGStylePropertyCount> DefaultSVGStylePropertyValues;
 
-extern const TSVGStyleProperties SVGFontStyleProperties;
-extern const TSVGStyleProperties SVGMediaStyleProperties;
-extern const TSVGStyleProperties SVGTextStyleProperties;
-extern const TSVGStyleProperties SVGClipMaskStyleProperties;
-extern const TSVGStyleProperties SVGFilterStyleProperties;
-extern const TSVGStyleProperties SVGGradientStyleProperties;
-extern const TSVGStyleProperties SVGPaintingStyleProperties;
+extern VX_EXPORT const TSVGStyleProperties SVGFontStyleProperties;
+extern VX_EXPORT const TSVGStyleProperties SVGMediaStyleProperties;
+extern VX_EXPORT const TSVGStyleProperties SVGTextStyleProperties;
+extern VX_EXPORT const TSVGStyleProperties SVGClipMaskStyleProperties;
+extern VX_EXPORT const TSVGStyleProperties SVGFilterStyleProperties;
+extern VX_EXPORT const TSVGStyleProperties SVGGradientStyleProperties;
+extern VX_EXPORT const TSVGStyleProperties SVGPaintingStyleProperties;
 
 // --- units and fonts ----------------------------------------------------------------------------
 
@@ -156,7 +157,7 @@ inline constexpr int SVGUnitCount = suPercent + 1;
 using TSVGUnits = std::vector<TSVGUnit>;
 // Pixels per unit, indexed by TSVGUnit.
 using TSVGUnitFactors = std::array<float, SVGUnitCount>;
-extern const TSVGNames<TSVGUnit, SVGUnitCount> SVGUnitStrings;
+extern VX_EXPORT const TSVGNames<TSVGUnit, SVGUnitCount> SVGUnitStrings;
 // The default factors; em, ex and percent are placeholders that a live element replaces.
 inline constexpr TSVGUnitFactors SVGUnitFactors = {1.0f, 1.0f, 1.333f, 15.996f, 3.78f, 37.8f, 96.0f, 1.0f, 1.0f, 1.0f};
 
@@ -166,7 +167,7 @@ inline constexpr TSVGFontAbsPointSizes SVGFontSizes = {
   12.0f, 6.9444447f, 8.333333f, 10.0f, 12.0f, 14.4f, 17.28f, 20.736f
 };
 // The concrete font of each generic family.
-extern const TSVGNames<TSVGGenericFontFamily, 6> SVGGenericFont;
+extern VX_EXPORT const TSVGNames<TSVGGenericFontFamily, 6> SVGGenericFont;
 
 // --- cursors ------------------------------------------------------------------------------------
 
@@ -189,8 +190,8 @@ enum TSVGFeature : std::uint8_t {
 };
 inline constexpr int SVGFeatureCount = sfAnimationEventsAttribute + 1;
 using TSVGFeatureSupport = std::array<bool, SVGFeatureCount>;
-extern const TSVGNames<TSVGFeature, SVGFeatureCount> SVGFeatures;
-extern const TSVGFeatureSupport SVGFeatureSupport;
+extern VX_EXPORT const TSVGNames<TSVGFeature, SVGFeatureCount> SVGFeatures;
+extern VX_EXPORT const TSVGFeatureSupport SVGFeatureSupport;
 
 // --- options and states -------------------------------------------------------------------------
 
@@ -219,6 +220,6 @@ enum TExtendedFontStyle : std::uint8_t { fsOverline, fsBlink };
 using TExtendedFontStyles = TSet<TExtendedFontStyle, std::uint8_t>;
 
 // The largest width or height, in pixels, of a raster made from a document; a host may change it.
-extern std::int32_t MAX_SVGIMAGE_SIZE;
+extern VX_EXPORT std::int32_t MAX_SVGIMAGE_SIZE;
 
 } // namespace vx

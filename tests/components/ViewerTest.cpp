@@ -1,11 +1,13 @@
 // Smoke test of the viewer application: open an example, click a shape, edit it, break the input.
 #include "ComponentsFixture.h"
 
+#include "../examples/viewer/IconGrid.h"
 #include "../examples/viewer/ViewerWindow.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QListWidget>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <QTest>
@@ -73,6 +75,30 @@ TEST(ViewerTest, LoadErrorsAreShownInTheWindow)
     EXPECT_TRUE(Window.ErrorText().contains(Name));
   }
   EXPECT_EQ(Window.SelectedElement(), nullptr);
+}
+
+TEST(ViewerTest, IconGridShowsTheFolderAtTheChosenSize)
+{
+  QTemporaryDir Dir;
+  auto Write = [&](const char *Name, const char *Text) {
+    QFile File(Dir.filePath(QString::fromLatin1(Name)));
+    ASSERT_TRUE(File.open(QIODevice::WriteOnly));
+    File.write(Text);
+  };
+  Write("b-red.svg", "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 10 10'><rect width='10' height='10' fill='red'/></svg>");
+  Write("a-blue.svg", "<svg xmlns='http://www.w3.org/2000/svg' viewBox='0 0 4 4'><circle cx='2' cy='2' r='2' fill='blue'/></svg>");
+  Write("broken.svg", "<svg xmlns='http://www.w3.org/2000/svg'><rect");
+  Write("notes.txt", "not a picture");
+  TIconGrid Grid;
+  ASSERT_EQ(Grid.OpenFolder(Dir.path()), 2) << "the broken file is left out";
+  QListWidget &List = Grid.List();
+  ASSERT_EQ(List.count(), 2);
+  EXPECT_EQ(List.item(0)->text(), QStringLiteral("a-blue"));
+  Grid.SetIconSide(32);
+  const QImage Icon = List.item(1)->icon().pixmap(32, 32).toImage();
+  EXPECT_EQ(Icon.size(), QSize(32, 32));
+  EXPECT_EQ(Icon.pixel(16, 16), Red);
+  EXPECT_EQ(List.iconSize(), QSize(32, 32));
 }
 
 } // namespace

@@ -53,4 +53,32 @@ TEST_F(QtSurface, RenderAndPainterDrawTheSamePixels)
   EXPECT_EQ(Painted.convertToFormat(Rendered.format()), Rendered);
 }
 
+TEST_F(QtSurface, APictureWithoutViewBoxIsLaidOutByTheDefaultAspectRatio)
+{
+  Document.LoadFromText(QStringLiteral("<svg width='20' height='10'><rect id='r' width='20' height='10' fill='red'/></svg>"));
+  QImage Image = Document.Render(QSize(40, 40));
+  EXPECT_EQ(Image.pixel(10, 5), Red) << "one unit a pixel while the ratio is as it started";
+  EXPECT_EQ(Image.pixel(30, 5), NoColor);
+  Document.DefaultAspectRatio().SetAlign(saXMidYMax);
+  Image = Document.Render(QSize(40, 40));
+  EXPECT_EQ(Image.pixel(20, 15), NoColor) << "fitted to the bottom";
+  EXPECT_EQ(Image.pixel(20, 30), Red);
+  Document.DefaultAspectRatio().SetAlign(saNone);
+  Image = Document.Render(QSize(40, 40));
+  EXPECT_EQ(Image.pixel(30, 5), Red) << "stretched";
+
+  // The integer rectangle, bounds and hit test in Qt's types agree with that layout.
+  Image.fill(Qt::transparent);
+  QPainter Painter(&Image);
+  Document.Draw(Painter, QRect(0, 0, 20, 20));
+  Painter.end();
+  EXPECT_EQ(Image.pixel(10, 15), Red);
+  EXPECT_EQ(Image.pixel(30, 15), NoColor);
+  auto &Rect = *Document.FindElement<TSVGRectangle>(QStringLiteral("r"));
+  EXPECT_EQ(Rect.BoundingRect(QTransform::fromScale(2, 3)), QRectF(0, 0, 40, 30));
+  EXPECT_EQ(Document.ElementAtPos(QPointF(10, 35), QRectF(0, 0, 40, 40)), &Rect);
+  EXPECT_TRUE(Rect.ToString().contains(QLatin1String("<rect"))) << Rect.ToString().toStdString();
+  EXPECT_TRUE(Rect.ToString().contains(QLatin1String("width=\"20\"")));
+}
+
 } // namespace

@@ -123,6 +123,8 @@ TEST_F(Shapes, SizeSettersKeepEachShapeConsistent)
   EXPECT_EQ(Circle.GetBoundsRect(), (TRectF{5, 5, 15, 15}));
   Circle.SetHeight(3);
   EXPECT_FLOAT_EQ(Circle.GetWidth(), 3);
+  Document.FindElement<TSVGCircle>(QStringLiteral("c"))->SetRadius(TSVGLength(4, false, suNone));
+  EXPECT_EQ(Circle.GetBoundsRect(), (TRectF{6, 6, 14, 14})) << "the named radius sets its copy too";
 
   auto &Line = Element("l");
   Line.SetWidth(10);

@@ -229,6 +229,23 @@ TEST(DocumentSettings, DpiFormatAndOptions)
   EXPECT_EQ(Nested->GetOptions(), TSVGOptions{soCompactExport}) << "a nested svg answers with its owner's options";
 }
 
+TEST(DocumentSettings, DefaultRenderingsAreTheDocumentsOwnValues)
+{
+  TSVGDocument Document;
+  Document.LoadFromText(Svg("<g id='g'/>"));
+  auto &Group = *Document.FindElement<TSVGGraphicElement>(QStringLiteral("g"));
+  EXPECT_EQ(Group.GetShapeRendering(), srnGeometricPrecision);
+  int Changes = 0;
+  Document.OnChange = [&](TObject *) { ++Changes; };
+  Document.SetDefaultTextRendering(txrnOptimizeLegibility);
+  Document.SetDefaultTextRendering(txrnOptimizeLegibility);
+  EXPECT_EQ(Changes, 1);
+  EXPECT_EQ(Group.GetTextRendering(), txrnOptimizeLegibility);
+  Document.SetTextRendering(txrnOptimizeSpeed);
+  Document.Clear();
+  EXPECT_EQ(Document.GetTextRendering(), txrnOptimizeLegibility) << "Clear returns to the default";
+}
+
 TEST(ElementRelations, OdditiesAreKept)
 {
   TSVGDocument Document;

@@ -89,7 +89,8 @@ TEST_F(Presentation, MarkerShorthandComesOnlyFromTheStyleAttribute)
 
 TEST_F(Presentation, InheritanceResolvesUpTheChainAtReadTime)
 {
-  Load("<g id='top' fill='red' stroke='blue' stroke-width='3' fill-rule='evenodd' opacity='0.5'>"
+  Load("<g id='top' fill='red' stroke='blue' stroke-width='3' fill-rule='evenodd' opacity='0.5'"
+       " letter-spacing='2' word-spacing='2' kerning='2'>"
        "<g id='mid' fill-opacity='0.25'><g id='leaf' stroke='inherit'/></g></g>");
   TSVGGraphicElement &Leaf = Element("leaf");
   EXPECT_EQ(Leaf.GetBrush().GetColor(), Red);
@@ -100,6 +101,8 @@ TEST_F(Presentation, InheritanceResolvesUpTheChainAtReadTime)
   EXPECT_EQ(Leaf.GetFillRule(), frEvenOdd);
   EXPECT_FLOAT_EQ(Leaf.GetOpacity(), 1) << "opacity is not inherited";
   EXPECT_FLOAT_EQ(Leaf.GetAbsoluteOpacity(), 0.5f);
+  for (const TSVGStylePropertyAutoLength *Spacing : {&Leaf.LetterSpacing(), &Leaf.WordSpacing(), &Leaf.Kerning()})
+    EXPECT_FLOAT_EQ(Spacing->GetValue(), 2) << Spacing->StyleProperty();
 
   // A change up the chain reaches the cached paints below.
   TSVGStyle Rule;

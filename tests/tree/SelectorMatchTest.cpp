@@ -191,3 +191,22 @@ TEST_F(SelectorMatch, RootAndOverflowingSelectors)
     Long += QStringLiteral("#a.a");
   EXPECT_EQ(Match("a", Long.toUtf8().constData()), INT_MAX) << "the joined digits would overflow";
 }
+
+TEST(SelectorMatchThroughUse, TheTargetCountsAsAChildOfTheUse)
+{
+  TSVGDocument Document;
+  Document.LoadFromText(QStringLiteral(
+      "<svg xmlns:xlink='http://www.w3.org/1999/xlink'><defs><g id='t'><rect id='r'/></g></defs>"
+      "<g id='host'><use id='u' xlink:href='#t'/></g>"
+      "<g id='a'><use id='ua' xlink:href='#b'/></g><g id='b'><use id='ub' xlink:href='#a'/></g></svg>"));
+  auto Match = [&](const char *Id, const char *Selector) {
+    return MatchSelector(*Document.AllItems().Elements(Q(Id)), Q(Selector));
+  };
+  EXPECT_EQ(Match("u", "use > t"), 11);
+  EXPECT_EQ(Match("u", "use > r"), 11) << "the target's children count as the use's own";
+  EXPECT_EQ(Match("host", "g r"), 11);
+  EXPECT_EQ(Match("host", "g > t"), -1);
+  // Two uses that show each other's group: the walk ends instead of going round.
+  EXPECT_EQ(Match("a", "g r"), -1);
+  EXPECT_EQ(Match("a", "g ub"), 11);
+}

@@ -28,6 +28,15 @@ TEST(StylePropertiesSet, TextRoundTrip)
   TSVGStylePropertiesSet Copy;
   Copy.FromString(All.ToString());
   EXPECT_EQ(Copy.Value(), All.Value()) << "every name reads back";
+
+  TSVGStylePropertiesSet Named;
+  Named.SetStrokeDashOffset(true);
+  Named.SetFill(true);
+  Named.SetFill(false);
+  Named.SetWritingMode(true);
+  EXPECT_EQ(Named.ToString(), QStringLiteral("ipStrokeDashOffset, ipWritingMode")) << "a flag is its own property";
+  EXPECT_TRUE(Named.StrokeDashOffset());
+  EXPECT_FALSE(Named.StrokeDasharray());
 }
 
 TEST(StylePropertiesSet, FromStringIsExactAndDropsUnknownNames)

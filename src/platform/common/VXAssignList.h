@@ -7,6 +7,7 @@
 // caller. The listener hears of a removal before the item is freed. A listener may change the list
 // while it is being told of an addition (for example extract a refused item and throw); the list
 // holds no position across the call.
+#include "platform/rtl/VXExport.h"
 #include "platform/common/VXCollections.h"
 #include "platform/rtl/VXClasses.h"
 
@@ -18,7 +19,7 @@
 namespace vx {
 
 template <typename T>
-class TVXAssignList : public TPersistent
+class VX_EXPORT TVXAssignList : public TPersistent
 {
 public:
   using TItems = std::vector<T *>;

@@ -10,6 +10,7 @@
 // TVXHashTable<K,V> adds a change event, update nesting and fast forward access by index;
 // TVXStringHashTable<V> string keys and unique names; TVXStringObjectHashTable<V> object values.
 // No table owns its values: an owner frees them from its value notification.
+#include "platform/rtl/VXExport.h"
 #include "platform/common/VXCollections.h"
 #include "platform/rtl/VXClasses.h"
 #include "platform/rtl/VXExceptions.h"
@@ -28,9 +29,9 @@
 namespace vx {
 
 // The hash of a string's UTF-16 code units, case-sensitive and the same on every run.
-int VXStringHash(const QString &S);
+VX_EXPORT int VXStringHash(const QString &S);
 // How far a search for a unique name got: the last candidate and its counter.
-struct TVXUniqueNameProgress
+struct VX_EXPORT TVXUniqueNameProgress
 {
   QString Suffix;
   QString Candidate;
@@ -39,14 +40,14 @@ struct TVXUniqueNameProgress
 // Name, or Name extended by Suffix (and a counter) until Exists says no; see GetUniqueName. With
 // Progress the search resumes at the candidate where an earlier one for the same Name ended, and
 // leaves the candidate it returns there.
-QString VXUniqueName(const QString &Name, const QString &Suffix,
+VX_EXPORT QString VXUniqueName(const QString &Name, const QString &Suffix,
                      const std::function<bool(const QString &)> &Exists, TVXUniqueNameProgress *Progress = nullptr);
 // Copies the Name=Value lines of Strings into a table through Put.
-void VXAssignNameValues(const TStrings &Strings,
+VX_EXPORT void VXAssignNameValues(const TStrings &Strings,
                         const std::function<void(const QString &, const QString &)> &Put);
 
 template <typename K>
-struct TVXEqualityComparer
+struct VX_EXPORT TVXEqualityComparer
 {
   std::function<bool(const K &, const K &)> Equals;
   std::function<int(const K &)> GetHashCode;
@@ -62,7 +63,7 @@ struct TVXEqualityComparer
 };
 
 template <typename K, typename V>
-class TVXDictionary : public TPersistent
+class VX_EXPORT TVXDictionary : public TPersistent
 {
 public:
   struct TItem
@@ -367,7 +368,7 @@ private:
 };
 
 template <typename K, typename V>
-class TVXHashTable : public TVXDictionary<K, V>
+class VX_EXPORT TVXHashTable : public TVXDictionary<K, V>
 {
   using TBase = TVXDictionary<K, V>;
 
@@ -475,7 +476,7 @@ private:
 };
 
 template <typename V>
-class TVXStringHashTable : public TVXHashTable<QString, V>
+class VX_EXPORT TVXStringHashTable : public TVXHashTable<QString, V>
 {
   using TBase = TVXHashTable<QString, V>;
 
@@ -563,7 +564,7 @@ private:
 };
 
 template <typename V>
-class TVXStringObjectHashTable : public TVXStringHashTable<V *>
+class VX_EXPORT TVXStringObjectHashTable : public TVXStringHashTable<V *>
 {
   using TBase = TVXStringHashTable<V *>;
 

@@ -1,13 +1,14 @@
 #pragma once
 // TPriorityList: objects kept in ascending order of a priority, equal priorities in the order they
 // were added. The list does not own its objects.
+#include "platform/rtl/VXExport.h"
 #include "platform/rtl/VXClasses.h"
 
 #include <vector>
 
 namespace vx {
 
-class TPriorityList
+class VX_EXPORT TPriorityList
 {
 public:
   void Add(TObject *Object, int Priority);

@@ -4,6 +4,7 @@
 // properties. TVXCustomTransparentGraphicControl paints no background, so what lies behind shows
 // through; TGraphicControl fills its Color first. Paint and mouse handling run inside a guard:
 // an exception never reaches the event loop but goes to TControl::ExceptionHandler.
+#include "platform/rtl/VXExport.h"
 #include "platform/geometry/VXGeometry.h"
 #include "platform/rtl/VXComponent.h"
 #include "platform/rtl/VXPropInfo.h"
@@ -28,7 +29,7 @@ inline constexpr TCursor crDefault = 0, crNone = -1, crArrow = -2, crCross = -3,
                          crSQLWait = -17, crNo = -18, crAppStart = -19, crHelp = -20, crHandPoint = -21,
                          crSizeAll = -22;
 // The Qt shape of a cursor number; unknown numbers give the arrow.
-Qt::CursorShape CursorShape(TCursor Cursor);
+VX_EXPORT Qt::CursorShape CursorShape(TCursor Cursor);
 
 enum TMouseButton : std::uint8_t { mbLeft, mbRight, mbMiddle };
 enum TShiftStateValue : std::uint8_t { ssShift, ssAlt, ssCtrl, ssLeft, ssRight, ssMiddle, ssDouble };
@@ -38,14 +39,14 @@ using TMouseMoveEvent = std::function<void(TObject *Sender, TShiftState Shift, i
 
 // Implemented by a parent that places its children under a transform of its own: a child's
 // absolute matrix is its own times the parent's.
-class IVXMatrixProvider
+class VX_EXPORT IVXMatrixProvider
 {
 public:
   virtual ~IVXMatrixProvider() = default;
   virtual TMatrix GetAbsoluteMatrix() const = 0;
 };
 
-class TControl : public QWidget, public TComponent, public IVXHostControl
+class VX_EXPORT TControl : public QWidget, public TComponent, public IVXHostControl
 {
 public:
   explicit TControl(QWidget *Parent = nullptr, TComponent *Owner = nullptr);
@@ -119,7 +120,7 @@ private:
 };
 
 // A control that paints only what it draws: the parent shows around and through it.
-class TVXCustomTransparentGraphicControl : public TControl
+class VX_EXPORT TVXCustomTransparentGraphicControl : public TControl
 {
 public:
   explicit TVXCustomTransparentGraphicControl(QWidget *Parent = nullptr, TComponent *Owner = nullptr);
@@ -130,7 +131,7 @@ public:
 inline constexpr TVXGPColor clBtnFace = 0xFFF0F0F0;
 
 // A control that fills its Color before drawing.
-class TGraphicControl : public TControl
+class VX_EXPORT TGraphicControl : public TControl
 {
 public:
   explicit TGraphicControl(QWidget *Parent = nullptr, TComponent *Owner = nullptr);

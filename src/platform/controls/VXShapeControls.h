@@ -5,6 +5,7 @@
 // out in one coordinate system needs no placement of its own; its mask follows the painted area,
 // so a click between the parts of a shape reaches what lies behind. In wrap mode 2 the path is
 // stretched over the control, wherever the control is placed.
+#include "platform/rtl/VXExport.h"
 #include "platform/controls/VXControls.h"
 #include "platform/geometry/VXPathData.h"
 #include "platform/vectorkit/VXGPPaint.h"
@@ -14,7 +15,7 @@ namespace vx {
 class TVXGPCanvas;
 class TVXGPPath;
 
-class TVXGPShape : public TVXCustomTransparentGraphicControl, public IVXShapeControl
+class VX_EXPORT TVXGPShape : public TVXCustomTransparentGraphicControl, public IVXShapeControl
 {
 public:
   explicit TVXGPShape(QWidget *Parent = nullptr, TComponent *Owner = nullptr);
@@ -47,7 +48,7 @@ private:
   bool FClipChildren = true;
 };
 
-class TVXGPPathShape : public TVXGPShape, public IVXPathShapeControl
+class VX_EXPORT TVXGPPathShape : public TVXGPShape, public IVXPathShapeControl
 {
 public:
   explicit TVXGPPathShape(QWidget *Parent = nullptr, TComponent *Owner = nullptr);

@@ -3,13 +3,14 @@
 // child controls of its own; a graphic control (TControl, TGraphicControl) is drawn on its parent
 // and holds none, so code that builds trees of controls places the children of a graphic control
 // beside it, in the nearest windowed ancestor.
+#include "platform/rtl/VXExport.h"
 #include "platform/controls/VXControls.h"
 
 #include <QImage>
 
 namespace vx {
 
-class TWinControl : public TControl
+class VX_EXPORT TWinControl : public TControl
 {
 public:
   using TControl::TControl;
@@ -18,7 +19,7 @@ public:
 };
 
 // A windowed control that fills its Color: the host of other controls.
-class TCustomPanel : public TWinControl
+class VX_EXPORT TCustomPanel : public TWinControl
 {
 public:
   explicit TCustomPanel(QWidget *Parent = nullptr, TComponent *Owner = nullptr);
@@ -37,7 +38,7 @@ private:
 };
 
 // Shows a picture stretched over the control; transparent where the picture is.
-class TImage : public TControl, public IVXImageControl
+class VX_EXPORT TImage : public TControl, public IVXImageControl
 {
 public:
   using TControl::TControl;

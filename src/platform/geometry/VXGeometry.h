@@ -1,11 +1,13 @@
 #pragma once
 // Points, rectangles, sizes and 3x3 matrices in 32-bit floats. Points are row vectors, so a
 // translation sits in m31/m32 and VXMatrixMultiply(A, B) transforms by A first, then by B.
+#include "platform/rtl/VXExport.h"
+
 #include <vector>
 
 namespace vx {
 
-struct TPointF
+struct VX_EXPORT TPointF
 {
   float X = 0, Y = 0;
   bool operator==(const TPointF &) const = default;
@@ -13,13 +15,13 @@ struct TPointF
 
 using TVXPoints = std::vector<TPointF>;
 
-struct TSizeF
+struct VX_EXPORT TSizeF
 {
   float cx = 0, cy = 0;
   bool operator==(const TSizeF &) const = default;
 };
 
-struct TRectF
+struct VX_EXPORT TRectF
 {
   float Left = 0, Top = 0, Right = 0, Bottom = 0;
   float Width() const { return Right - Left; }
@@ -29,7 +31,7 @@ struct TRectF
 };
 
 // An integer rectangle of the host framework (controls, bitmaps).
-struct TRect
+struct VX_EXPORT TRect
 {
   int Left = 0, Top = 0, Right = 0, Bottom = 0;
   int Width() const { return Right - Left; }
@@ -37,7 +39,7 @@ struct TRect
   bool operator==(const TRect &) const = default;
 };
 
-struct TMatrix
+struct VX_EXPORT TMatrix
 {
   float m11 = 1, m12 = 0, m13 = 0;
   float m21 = 0, m22 = 1, m23 = 0;
@@ -46,44 +48,44 @@ struct TMatrix
 };
 
 // A homogeneous point (x, y, w) for VXMatrixTransform.
-struct TVXVector
+struct VX_EXPORT TVXVector
 {
   float X = 0, Y = 0, W = 1;
 };
 
 inline constexpr TMatrix VXIdentityMatrix{};
 
-TMatrix VXMatrixMultiply(const TMatrix &A, const TMatrix &B);
+VX_EXPORT TMatrix VXMatrixMultiply(const TMatrix &A, const TMatrix &B);
 // A length transformed by M: Length times the square root of the area scale of M, the usual
 // measure of how M scales a stroke width.
-float VXMatrixMultiply(float Length, const TMatrix &M);
-bool VXMatrixEquals(const TMatrix &A, const TMatrix &B, float Tolerance);
-TMatrix VXMatrixInvert(const TMatrix &M, bool *Invertible = nullptr);
-float VXMatrixDeterminant(const TMatrix &M);
-TMatrix CreateTranslateVXMatrix(float X, float Y);
-TMatrix CreateScaleVXMatrix(float X, float Y);
-TMatrix CreateRotationVXMatrix(float Radians);
+VX_EXPORT float VXMatrixMultiply(float Length, const TMatrix &M);
+VX_EXPORT bool VXMatrixEquals(const TMatrix &A, const TMatrix &B, float Tolerance);
+VX_EXPORT TMatrix VXMatrixInvert(const TMatrix &M, bool *Invertible = nullptr);
+VX_EXPORT float VXMatrixDeterminant(const TMatrix &M);
+VX_EXPORT TMatrix CreateTranslateVXMatrix(float X, float Y);
+VX_EXPORT TMatrix CreateScaleVXMatrix(float X, float Y);
+VX_EXPORT TMatrix CreateRotationVXMatrix(float Radians);
 // Rotation by Radians about Center.
-TMatrix CreateRotationVXMatrix(const TPointF &Center, float Radians);
-TVXVector VXVector(float X, float Y, float W = 1.0f);
-TVXVector VXMatrixTransform(const TVXVector &V, const TMatrix &M);
-TPointF VXMatrixTransformPoint(const TPointF &P, const TMatrix &M);
+VX_EXPORT TMatrix CreateRotationVXMatrix(const TPointF &Center, float Radians);
+VX_EXPORT TVXVector VXVector(float X, float Y, float W = 1.0f);
+VX_EXPORT TVXVector VXMatrixTransform(const TVXVector &V, const TMatrix &M);
+VX_EXPORT TPointF VXMatrixTransformPoint(const TPointF &P, const TMatrix &M);
 // The axis-aligned box around the four corners of R under M.
-TRectF VXMatrixTransformRect(const TRectF &R, const TMatrix &M);
+VX_EXPORT TRectF VXMatrixTransformRect(const TRectF &R, const TMatrix &M);
 
-TPointF VXPoint(float X, float Y);
-TRectF VXRect(float Left, float Top, float Right, float Bottom);
-TRectF RectToVXRect(const TRect &R);
-float VXRectWidth(const TRectF &R);
-float VXRectHeight(const TRectF &R);
+VX_EXPORT TPointF VXPoint(float X, float Y);
+VX_EXPORT TRectF VXRect(float Left, float Top, float Right, float Bottom);
+VX_EXPORT TRectF RectToVXRect(const TRect &R);
+VX_EXPORT float VXRectWidth(const TRectF &R);
+VX_EXPORT float VXRectHeight(const TRectF &R);
 // Scales R to the largest size that fits Bounds with R's aspect ratio kept, centred in Bounds.
 // With NoGrow, a rectangle that already fits keeps its size.
-void FitRect(TRectF &R, const TRectF &Bounds, bool NoGrow);
+VX_EXPORT void FitRect(TRectF &R, const TRectF &Bounds, bool NoGrow);
 // Moves R so that its centre is the centre of Bounds.
-void RectCenter(TRectF &R, const TRectF &Bounds);
-bool IntersectRect(TRectF &Result, const TRectF &A, const TRectF &B);
-TRectF UnionRect(const TRectF &A, const TRectF &B);
-void OffsetRect(TRectF &R, float DX, float DY);
-bool PtInRect(const TRectF &R, const TPointF &P);
+VX_EXPORT void RectCenter(TRectF &R, const TRectF &Bounds);
+VX_EXPORT bool IntersectRect(TRectF &Result, const TRectF &A, const TRectF &B);
+VX_EXPORT TRectF UnionRect(const TRectF &A, const TRectF &B);
+VX_EXPORT void OffsetRect(TRectF &R, float DX, float DY);
+VX_EXPORT bool PtInRect(const TRectF &R, const TPointF &P);
 
 } // namespace vx

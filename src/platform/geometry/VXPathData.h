@@ -1,6 +1,8 @@
 #pragma once
 // A path model kept as a list of typed points, with the SVG path-data parser and printer.
 // Curves of every kind (quadratic, arcs) are stored as cubic Bezier points.
+#include "platform/rtl/VXExport.h"
+
 #include <QString>
 #include <cstdint>
 #include <functional>
@@ -14,7 +16,7 @@ class TObject;
 
 enum TVXPathPointKind : std::uint8_t { ppMove, ppLine, ppCubic, ppClose };
 
-struct TVXPathPoint
+struct VX_EXPORT TVXPathPoint
 {
   TVXPathPointKind Kind = ppMove;
   TPointF Point;
@@ -22,7 +24,7 @@ struct TVXPathPoint
 
 using TVXPolygons = std::vector<TVXPoints>;
 
-class TVXPathData
+class VX_EXPORT TVXPathData
 {
 public:
   // Per polygon of ToPolygons, the cumulative distance at each of its points; running on across polygons.

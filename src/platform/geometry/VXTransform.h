@@ -1,12 +1,13 @@
 #pragma once
 // Editable positions and the placement transform of a control's picture (offset, scale, rotation).
+#include "platform/rtl/VXExport.h"
 #include "platform/geometry/VXGeometry.h"
 #include "platform/rtl/VXClasses.h"
 
 namespace vx {
 
 // A point that reports its changes.
-class TVXPosition : public TPersistent
+class VX_EXPORT TVXPosition : public TPersistent
 {
 public:
   TVXPosition() = default;
@@ -28,7 +29,7 @@ private:
 };
 
 // Scale first, then rotation about RotationCenter, then the offset Position.
-class TVXTransform : public TPersistent
+class VX_EXPORT TVXTransform : public TPersistent
 {
 public:
   TVXTransform();

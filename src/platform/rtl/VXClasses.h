@@ -1,6 +1,7 @@
 #pragma once
 // The persistent-object basics of the host framework: TObject with a class name, TPersistent with
 // Assign/AssignTo, and the notify event.
+#include "platform/rtl/VXExport.h"
 #include "platform/rtl/VXExceptions.h"
 
 #include <QString>
@@ -11,7 +12,7 @@ namespace vx {
 
 class TPropertyTable;
 
-class TObject
+class VX_EXPORT TObject
 {
 public:
   TObject() = default;
@@ -25,7 +26,7 @@ public:
 
 using TNotifyEvent = std::function<void(TObject *Sender)>;
 
-class TPersistent : public TObject
+class VX_EXPORT TPersistent : public TObject
 {
 public:
   QString ClassName() const override { return QStringLiteral("TPersistent"); }

@@ -7,6 +7,7 @@
 // small QObject whose destroyed signal is the news, and Qt drops a connection whose receiver has
 // gone), so no list is left pointing at a freed component. The component passed to Notification with
 // opRemove is being destroyed: compare it, never call it.
+#include "platform/rtl/VXExport.h"
 #include "platform/rtl/VXClasses.h"
 #include "platform/rtl/VXPropInfo.h"
 #include "platform/rtl/VXSet.h"
@@ -25,7 +26,7 @@ enum TOperation : std::uint8_t { opInsert, opRemove };
 enum TComponentStateValue : std::uint8_t { csLoading, csReading, csWriting, csDestroying, csDesigning };
 using TComponentState = TSet<TComponentStateValue, std::uint8_t>;
 
-class TComponent : public TPersistent
+class VX_EXPORT TComponent : public TPersistent
 {
 public:
   explicit TComponent(TComponent *Owner = nullptr);

@@ -1,6 +1,8 @@
 #pragma once
 // The exception classes of the platform. Every failure of the library is one of these; the class
 // names are those of the host framework so that callers can catch by kind.
+#include "platform/rtl/VXExport.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -8,7 +10,7 @@
 
 namespace vx {
 
-class Exception : public std::exception
+class VX_EXPORT Exception : public std::exception
 {
 public:
   explicit Exception(QString Message) : FMessage(std::move(Message)), FUtf8(FMessage.toUtf8()) {}
@@ -49,12 +51,12 @@ VX_DECLARE_EXCEPTION(EReadError, Exception)
 VX_DECLARE_EXCEPTION(EWriteError, Exception)
 
 // The silent abort: it ends a partial drawing and is not an error.
-class EAbort : public Exception
+class VX_EXPORT EAbort : public Exception
 {
 public:
   EAbort() : Exception(QStringLiteral("Operation aborted")) {}
 };
 
-[[noreturn]] void Abort();
+[[noreturn]] VX_EXPORT void Abort();
 
 } // namespace vx

@@ -6,6 +6,7 @@
 // sets as their bits (qulonglong), strings as QString, sub-objects and component references as
 // TPersistent pointers. The binary component stream, generated controls and copying walk these
 // tables; nothing else needs reflection.
+#include "platform/rtl/VXExport.h"
 #include "platform/rtl/VXClasses.h"
 #include "platform/rtl/VXSet.h"
 
@@ -26,7 +27,7 @@ namespace vx {
 
 enum TTypeKind : std::uint8_t { tkInteger, tkFloat, tkBoolean, tkString, tkEnumeration, tkSet, tkClass, tkComponent };
 
-struct TPropInfo
+struct VX_EXPORT TPropInfo
 {
   QString Name;
   TTypeKind Kind = tkInteger;
@@ -44,7 +45,7 @@ struct TPropInfo
   QString ValueName(int Ordinal) const { return ValueNames.value(Ordinal); }
 };
 
-class TPropertyTable
+class VX_EXPORT TPropertyTable
 {
 public:
   TPropertyTable(const TPropertyTable *Inherited, std::initializer_list<TPropInfo> Own);

@@ -1,5 +1,7 @@
 #pragma once
 // TSet<E>: a set over a small enumeration, one machine word of bits, as the documented set types are.
+#include "platform/rtl/VXExport.h"
+
 #include <cstdint>
 #include <initializer_list>
 #include <type_traits>
@@ -7,7 +9,7 @@
 namespace vx {
 
 template <typename E, typename Word = std::uint64_t>
-class TSet
+class VX_EXPORT TSet
 {
   static_assert(std::is_enum_v<E>, "TSet holds enumeration values");
 

@@ -2,6 +2,7 @@
 // TStrings, a list of strings with an object pointer per line and the usual text forms (lines,
 // comma text, delimited text, Name=Value pairs), and TStringList, the list that stores them and
 // reports its changes.
+#include "platform/rtl/VXExport.h"
 #include "platform/rtl/VXClasses.h"
 
 #include <QString>
@@ -11,7 +12,7 @@
 
 namespace vx {
 
-class TStrings : public TPersistent
+class VX_EXPORT TStrings : public TPersistent
 {
 public:
   QString ClassName() const override { return QStringLiteral("TStrings"); }
@@ -108,7 +109,7 @@ private:
   bool FCaseSensitive = false;
 };
 
-class TStringList : public TStrings
+class VX_EXPORT TStringList : public TStrings
 {
 public:
   TStringList() = default;

@@ -5,6 +5,7 @@
 // Synchronize does not use a blocking queued connection: its calls wait in a queue of their own
 // that the main thread runs from its event loop and from WaitFor. So a main thread that waits for
 // a thread which is itself waiting in Synchronize runs the call instead of deadlocking.
+#include "platform/rtl/VXExport.h"
 #include "platform/rtl/VXClasses.h"
 
 #include <atomic>
@@ -19,17 +20,17 @@ namespace vx {
 enum TThreadPriority : std::uint8_t { tpIdle, tpLowest, tpLower, tpNormal, tpHigher, tpHighest, tpTimeCritical };
 
 // True on the thread of the Qt application object (without one, on the thread that loaded vxsvg).
-bool IsMainThread();
+VX_EXPORT bool IsMainThread();
 // Runs the Synchronize calls that wait for the main thread; called on the main thread. The event
 // loop calls it by itself; a main thread without an event loop calls it while it waits.
-void CheckSynchronize();
+VX_EXPORT void CheckSynchronize();
 
 // A thread that runs Execute once. Execute must not be running while the fields it reads are
 // destroyed: a class that adds such fields calls Terminate and WaitFor first in its destructor
 // (the base destructor comes too late, after the derived fields are gone). For the same reason a
 // constructor never starts the thread itself before the most derived class is complete: classes
 // whose constructors take CreateSuspended call Start at their end.
-class TThread : public TObject
+class VX_EXPORT TThread : public TObject
 {
 public:
   TThread();
@@ -73,7 +74,7 @@ private:
 };
 
 // A manual-reset event: SetEvent wakes every waiter and stays set until ResetEvent.
-class TSimpleEvent : public TObject
+class VX_EXPORT TSimpleEvent : public TObject
 {
 public:
   enum TWaitResult : std::uint8_t { wrSignaled, wrTimeout };

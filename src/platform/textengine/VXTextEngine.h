@@ -3,6 +3,8 @@
 // fontconfig, shaping through HarfBuzz (pair kerning, ligatures, marks, clusters), bidirectional
 // runs through FriBidi, and unhinted glyph outlines in font units. It knows nothing of SVG: the text
 // layout asks it for faces, shaped runs and outlines, and places them itself.
+#include "platform/rtl/VXExport.h"
+
 #include <QByteArray>
 #include <QHash>
 #include <QPainterPath>
@@ -19,7 +21,7 @@ struct hb_font_t;
 namespace vx {
 
 // What a text asks of a font. Weight is 100 to 900, Width a percentage of the normal width.
-struct TVXFontQuery
+struct VX_EXPORT TVXFontQuery
 {
   QStringList Families;
   int Weight = 400;
@@ -32,7 +34,7 @@ struct TVXFontQuery
 };
 
 // Design metrics in font units, y upwards as fonts have them (descent and underline below 0).
-struct TVXFontMetrics
+struct VX_EXPORT TVXFontMetrics
 {
   double UnitsPerEm = 1000;
   double Ascent = 800, Descent = -200;
@@ -43,7 +45,7 @@ struct TVXFontMetrics
 };
 
 // One font file at one set of axis values. Faces are shared and live as long as the engine's cache.
-class TVXFontFace
+class VX_EXPORT TVXFontFace
 {
 public:
   TVXFontFace(const QByteArray &File, int Index, const QString &Family,
@@ -75,7 +77,7 @@ using TVXFontFacePtr = std::shared_ptr<const TVXFontFace>;
 
 // One glyph of a shaped text. Cluster is the index in the text (UTF-16) of the first character the
 // glyph stands for; advances and offsets are in font units of Face, y upwards.
-struct TVXShapedGlyph
+struct VX_EXPORT TVXShapedGlyph
 {
   std::uint32_t Glyph = 0;
   int Cluster = 0;
@@ -86,7 +88,7 @@ struct TVXShapedGlyph
 };
 
 // A piece of a text shaped in one face: Text[Start, Start + Length) with its typographic features.
-struct TVXShapeRun
+struct VX_EXPORT TVXShapeRun
 {
   int Start = 0, Length = 0;
   TVXFontFacePtr Face;
@@ -96,7 +98,7 @@ struct TVXShapeRun
   bool Ligatures = true;
 };
 
-class TVXTextEngine
+class VX_EXPORT TVXTextEngine
 {
 public:
   // The first family of the query that the system has (a generic family always matches); none:

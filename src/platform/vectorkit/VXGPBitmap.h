@@ -2,6 +2,7 @@
 // Raster images of the canvas over QImage (ARGB32_Premultiplied). A bitmap has a canvas of its own
 // and can be the image of a brush. Sizes above VXMaxBitmapSide on a side, or above VXMaxBitmapPixels
 // in all, are refused with EInvalidGraphicOperation instead of being allocated.
+#include "platform/rtl/VXExport.h"
 #include "platform/rtl/VXClasses.h"
 
 #include <QImage>
@@ -20,9 +21,9 @@ inline constexpr int VXMaxBitmapSide = 16384;
 inline constexpr std::int64_t VXMaxBitmapPixels = std::int64_t(1) << 27;
 
 // Raises EInvalidGraphicOperation unless Width by Height is an allowed raster size.
-void VXCheckBitmapSize(int Width, int Height);
+VX_EXPORT void VXCheckBitmapSize(int Width, int Height);
 
-class TVXGPImage : public TPersistent
+class VX_EXPORT TVXGPImage : public TPersistent
 {
 public:
   TVXGPImage() = default;
@@ -58,7 +59,7 @@ protected:
   void Change();
 };
 
-class TVXGPBitmap : public TVXGPImage
+class VX_EXPORT TVXGPBitmap : public TVXGPImage
 {
 public:
   TVXGPBitmap() = default;

@@ -4,6 +4,7 @@
 // goes through virtual operations so that tests can record the calls in a subclass; the short
 // FillRect/DrawRect forms call the long ones, and a subclass that overrides those brings the short
 // forms back with a using-declaration.
+#include "platform/rtl/VXExport.h"
 #include "platform/geometry/VXGeometry.h"
 #include "platform/vectorkit/VXGPColor.h"
 #include "platform/vectorkit/VXGPFont.h"
@@ -35,7 +36,7 @@ inline constexpr int VXInterpolationModeHighQualityBicubic = 7;
 class TVXGPCanvas;
 
 // The clip of a canvas as an object: what it is told goes to the canvas's clip operations.
-class TVXGPClip
+class VX_EXPORT TVXGPClip
 {
 public:
   explicit TVXGPClip(TVXGPCanvas &Canvas) : FCanvas(Canvas) {}
@@ -51,7 +52,7 @@ private:
   TVXGPCanvas &FCanvas;
 };
 
-class TVXGPCanvas
+class VX_EXPORT TVXGPCanvas
 {
 public:
   // Paints on Device with a painter of its own, ended by the destructor.
@@ -189,7 +190,7 @@ private:
 };
 
 // Saves the canvas state on construction and restores it on the way out, also by an exception.
-class TVXGPCanvasStateGuard
+class VX_EXPORT TVXGPCanvasStateGuard
 {
 public:
   explicit TVXGPCanvasStateGuard(TVXGPCanvas &Canvas) : FCanvas(Canvas), FToken(Canvas.SaveState()) {}

@@ -3,6 +3,7 @@
 // into a tree of live controls, one per element; the elements fill those controls but may not
 // include the widget layer, so they reach a control through these abstract faces, found by
 // dynamic_cast on the object they are handed. The control bases over QWidget implement them.
+#include "platform/rtl/VXExport.h"
 #include "platform/geometry/VXGeometry.h"
 #include "platform/rtl/VXComponent.h"
 
@@ -16,7 +17,7 @@ class TVXGPPen;
 class TVXPathData;
 
 // Any control.
-class IVXHostControl
+class VX_EXPORT IVXHostControl
 {
 public:
   virtual ~IVXHostControl() = default;
@@ -36,7 +37,7 @@ public:
 };
 
 // A control that paints a shape with a fill and a stroke.
-class IVXShapeControl
+class VX_EXPORT IVXShapeControl
 {
 public:
   virtual ~IVXShapeControl() = default;
@@ -49,7 +50,7 @@ public:
 };
 
 // A shape control whose shape is a path.
-class IVXPathShapeControl
+class VX_EXPORT IVXPathShapeControl
 {
 public:
   virtual ~IVXPathShapeControl() = default;
@@ -63,7 +64,7 @@ public:
 };
 
 // A control that shows a raster picture.
-class IVXImageControl
+class VX_EXPORT IVXImageControl
 {
 public:
   virtual ~IVXImageControl() = default;

@@ -2,6 +2,7 @@
 // Fonts, string formats and text measurement of the canvas. Text is laid out and drawn as glyph
 // outlines of a QRawFont at the font's exact (fractional) pixel size, so measuring, outlines and
 // drawing agree and do not depend on the resolution of the device.
+#include "platform/rtl/VXExport.h"
 #include "platform/geometry/VXGeometry.h"
 #include "platform/rtl/VXClasses.h"
 #include "platform/rtl/VXSet.h"
@@ -25,7 +26,7 @@ using TVXGPFontStyles = TSet<TVXGPFontStyle, std::uint8_t>;
 
 // Font state: family name, size in pixels (the em height) and style. The text fill is the font's
 // own brush (SetBrush copies one in).
-class TVXGPFont : public TPersistent
+class VX_EXPORT TVXGPFont : public TPersistent
 {
 public:
   explicit TVXGPFont(TVXGPCanvas *Canvas = nullptr);
@@ -104,7 +105,7 @@ enum TVXGPStringAlignment : std::uint8_t { saNear, saCenter, saFar };
 // How text is placed in its layout rectangle. Without sfMeasureTrailingSpaces trailing blanks do not
 // count in measuring and alignment; without sfNoClip text is clipped to a non-empty rectangle;
 // without sfNoWrap a rectangle with a width wraps at blanks.
-class TVXGPStringFormat
+class VX_EXPORT TVXGPStringFormat
 {
 public:
   TVXGPStringFormat() = default;
@@ -126,7 +127,7 @@ private:
 };
 
 // One laid-out line: its text range, its advance and its top-left corner.
-struct TVXTextLine
+struct VX_EXPORT TVXTextLine
 {
   int Start = 0, Length = 0;
   float Width = 0;
@@ -134,7 +135,7 @@ struct TVXTextLine
 };
 
 // Text measurement and outlines in one face. Advances are kerned design advances at the font size.
-class TVXTextShaper
+class VX_EXPORT TVXTextShaper
 {
 public:
   explicit TVXTextShaper(const TVXGPFont &Font);

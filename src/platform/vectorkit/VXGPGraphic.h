@@ -3,6 +3,7 @@
 // stream, draws into a rectangle and hands out a bitmap, and the picture registry that finds the
 // graphic class for a file extension, so that code which loads pictures by file name needs no
 // knowledge of the kinds there are.
+#include "platform/rtl/VXExport.h"
 #include "platform/rtl/VXClasses.h"
 
 #include <QString>
@@ -20,7 +21,7 @@ namespace vx {
 
 class TVXGPBitmap;
 
-class TGraphic : public TPersistent
+class VX_EXPORT TGraphic : public TPersistent
 {
 public:
   QString ClassName() const override { return QStringLiteral("TGraphic"); }
@@ -54,7 +55,7 @@ protected:
 
 using TGraphicFactory = std::function<std::unique_ptr<TGraphic>()>;
 
-struct TGraphicFileFormat
+struct VX_EXPORT TGraphicFileFormat
 {
   QString Extension;
   QString Description;
@@ -64,7 +65,7 @@ struct TGraphicFileFormat
 
 // The registry of picture kinds by file extension (without the dot, compared without regard to
 // case). A later registration of an extension replaces the earlier one.
-class TPicture
+class VX_EXPORT TPicture
 {
 public:
   static void RegisterFileFormat(const QString &Extension, const QString &Description,

@@ -2,6 +2,7 @@
 // TVXCustomImageList: the host's image list, a row of equal-sized images that controls draw by
 // index. Descendants that keep their pictures in another form override DoDraw and GetIcon; the
 // stored images then serve those who read the pixels.
+#include "platform/rtl/VXExport.h"
 #include "platform/rtl/VXClasses.h"
 
 #include <QIcon>
@@ -14,7 +15,7 @@ class QPainter;
 
 namespace vx {
 
-class TVXCustomImageList : public TPersistent
+class VX_EXPORT TVXCustomImageList : public TPersistent
 {
 public:
   explicit TVXCustomImageList(int Width = 16, int Height = 16);

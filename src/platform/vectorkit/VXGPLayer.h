@@ -16,6 +16,7 @@
 // Composite then only multiplies the canvas opacity for its span, which gives the same picture
 // where nothing inside overlaps. The same folding serves callers that know there is at most one
 // painted part inside.
+#include "platform/rtl/VXExport.h"
 #include "platform/geometry/VXGeometry.h"
 
 #include <QImage>
@@ -38,7 +39,7 @@ enum TVXGPBlendMode : std::uint8_t {
   bmSoftLight, bmDifference, bmExclusion, bmHue, bmSaturation, bmColor, bmLuminosity
 };
 
-class TVXGPLayer
+class VX_EXPORT TVXGPLayer
 {
 public:
   // 64 M pixels (256 MB) for all open layers of a canvas: deep nests of translucent groups on a

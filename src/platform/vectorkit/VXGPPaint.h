@@ -2,6 +2,7 @@
 // Paint objects of the canvas: gradients, brushes and pens. They hold plain drawing state and turn
 // it into QBrush/QPen when the canvas paints. Geometry arrives in device units, so a pen width is
 // device pixels and a gradient is laid out over the rectangle the brush is prepared for.
+#include "platform/rtl/VXExport.h"
 #include "platform/geometry/VXGeometry.h"
 #include "platform/geometry/VXTransform.h"
 #include "platform/rtl/VXClasses.h"
@@ -45,14 +46,14 @@ enum TVXGPLineJoin : std::uint8_t { ljMiter, ljBevel, ljRound, ljMiterClipped };
 enum TVXGPDashStyle : std::uint8_t { dsSolid, dsDash, dsDot, dsDashDot, dsDashDotDot, dsCustom };
 
 // One colour stop. Offsets are not limited to 0..1: stops beyond the ends stretch the gradient.
-struct TVXGPGradientPoint
+struct VX_EXPORT TVXGPGradientPoint
 {
   float Offset = 0;
   TVXGPColor Color = 0;
 };
 
 // The stops of a gradient in the order they were added (the brush sorts them when it paints).
-class TVXGPGradientPoints : public TPersistent
+class VX_EXPORT TVXGPGradientPoints : public TPersistent
 {
 public:
   QString ClassName() const override { return QStringLiteral("TVXGPGradientPoints"); }
@@ -82,7 +83,7 @@ private:
 
 // Centre, focus (as an offset from the centre) and radii of a radial gradient, in fractions of the
 // painted rectangle; Scale is the radii in half-sizes of that rectangle, so (1, 1) touches its sides.
-class TVXGPRadialTransform : public TPersistent
+class VX_EXPORT TVXGPRadialTransform : public TPersistent
 {
 public:
   TVXGPRadialTransform();
@@ -111,7 +112,7 @@ private:
 // focus less the centre), Radius and FocalRadius; offsets run from the start (the focal circle)
 // at 0 to the end (the outer circle) at 1, points at one offset make a hard step, and Spread says
 // what lies beyond. A vector of length 0 or a radius of 0 paints the last colour.
-class TVXGPGradient : public TPersistent
+class VX_EXPORT TVXGPGradient : public TPersistent
 {
 public:
   TVXGPGradient();
@@ -170,7 +171,7 @@ private:
 
 // Fill state: solid colour, gradient or tiled bitmap. Setters compare first and send Change only on
 // a real change. A bitmap is shared with whoever handed it over.
-class TVXGPBrush : public TPersistent
+class VX_EXPORT TVXGPBrush : public TPersistent
 {
 public:
   explicit TVXGPBrush(TVXGPCanvas *Canvas = nullptr, TVXGPBrushKind Kind = bkSolid,
@@ -235,7 +236,7 @@ private:
 
 // Stroke state. Thickness is in device units. The dash pattern and its offset are in units of the
 // pen width, as QPen takes them; SetDash gives the stock patterns, SetCustomDash the custom one.
-class TVXGPPen : public TPersistent
+class VX_EXPORT TVXGPPen : public TPersistent
 {
 public:
   explicit TVXGPPen(TVXGPCanvas *Canvas = nullptr, TVXGPBrushKind Kind = bkSolid,
@@ -312,10 +313,10 @@ private:
 };
 
 // Qt forms of colours and matrices, shared by the canvas units.
-QColor VXToQColor(TVXGPColor Color);
-QTransform VXToQTransform(const TMatrix &M);
+VX_EXPORT QColor VXToQColor(TVXGPColor Color);
+VX_EXPORT QTransform VXToQTransform(const TMatrix &M);
 // Drops the dashes of Pen when stroking Path would take an absurd number of them (a hair-thin
 // dashed pen over a long path), so that no stroke can exhaust time or memory.
-void VXLimitDashes(QPen &Pen, const QPainterPath &Path);
+VX_EXPORT void VXLimitDashes(QPen &Pen, const QPainterPath &Path);
 
 } // namespace vx

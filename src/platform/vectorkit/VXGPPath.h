@@ -1,6 +1,7 @@
 #pragma once
 // Paths and regions of the canvas over QPainterPath. Coordinates are those of the canvas (device
 // units while its matrix is the identity).
+#include "platform/rtl/VXExport.h"
 #include "platform/geometry/VXGeometry.h"
 
 #include <QPainterPath>
@@ -25,7 +26,7 @@ enum TVXGPCombineMode : std::uint8_t { cmReplace, cmIntersect, cmUnion, cmXor, c
 inline constexpr int VXFillModeAlternate = 0;
 inline constexpr int VXFillModeWinding = 1;
 
-class TVXGPPath
+class VX_EXPORT TVXGPPath
 {
 public:
   // The canvas, when given, supplies the pen of Widen and the clip of IsVisiblePathPoint.
@@ -98,7 +99,7 @@ private:
 
 // An area for clipping, kept as a path. A new region is infinite (it clips nothing) until it is
 // made empty or combined.
-class TVXGPRegion
+class VX_EXPORT TVXGPRegion
 {
 public:
   explicit TVXGPRegion(TVXGPCanvas *Canvas = nullptr);

@@ -13,6 +13,7 @@
 // libxml2's limits on entity amplification and nesting depth stay on, so hostile input fails with
 // EDOMParseError instead of exhausting memory. One document is used by one thread at a time;
 // different documents may be used on different threads at once.
+#include "platform/rtl/VXExport.h"
 #include "platform/rtl/VXExceptions.h"
 #include "platform/rtl/VXSet.h"
 
@@ -45,7 +46,7 @@ enum TNodeType : std::uint8_t {
 };
 
 // The enumeration name of a node type ("ntElement"), as messages print it.
-QString NodeTypeName(TNodeType NodeType);
+VX_EXPORT QString NodeTypeName(TNodeType NodeType);
 
 enum TXMLDocOption : std::uint8_t {
   doNodeAutoCreate,
@@ -58,7 +59,7 @@ enum TXMLDocOption : std::uint8_t {
 using TXMLDocOptions = TSet<TXMLDocOption, std::uint16_t>;
 
 // Malformed or refused XML. The message is the parser's, with the line where it stopped.
-class EDOMParseError : public Exception
+class VX_EXPORT EDOMParseError : public Exception
 {
 public:
   EDOMParseError(const QString &Reason, int Line);
@@ -72,7 +73,7 @@ class IXMLDocument;
 class IXMLNodeList;
 struct TXMLTree;
 
-class IXMLNode
+class VX_EXPORT IXMLNode
 {
 public:
   IXMLNode() = default;
@@ -161,7 +162,7 @@ private:
 
 // A live view of the children or of the attributes of a node: changes to the node show at once.
 // Walking it by ascending index is linear as a whole.
-class IXMLNodeList
+class VX_EXPORT IXMLNodeList
 {
 public:
   IXMLNodeList() = default;
@@ -202,7 +203,7 @@ private:
   bool FAttributes = false;
 };
 
-class IXMLDocument
+class VX_EXPORT IXMLDocument
 {
 public:
   // A new, empty and active document.
@@ -250,8 +251,8 @@ private:
 };
 
 // A new empty document, and one loaded from text or a file, for the usual one-line uses.
-IXMLDocument NewXMLDocument();
-IXMLDocument LoadXMLData(const QString &XML);
-IXMLDocument LoadXMLDocument(const QString &FileName);
+VX_EXPORT IXMLDocument NewXMLDocument();
+VX_EXPORT IXMLDocument LoadXMLData(const QString &XML);
+VX_EXPORT IXMLDocument LoadXMLDocument(const QString &FileName);
 
 } // namespace vx
