@@ -34,6 +34,8 @@ public:
   void Clear() override;
 
 protected:
+  // A path control first receives the geometry into its path data; then the inherited copy.
+  void AssignTo(TPersistent *Dest) const override;
   void DoLoadFromXML(const IXMLNode &Node) override;
   // Writes "d" (when there are points) and a measured or given "pathLength".
   void DoSaveToXML(const IXMLNode &Node) override;

@@ -4,6 +4,7 @@
 #include "platform/vectorkit/VXGPBitmap.h"
 #include "platform/vectorkit/VXGPCanvas.h"
 #include "tree/VXSVGDocument.h"
+#include "tree/VXSVGDrawBudget.h"
 #include "values/VXSVGAttributes.h"
 #include "values/VXSVGCompressed.h"
 #include "values/VXSVGDataURI.h"
@@ -44,6 +45,19 @@ public:
 private:
   std::size_t FCount;
 };
+
+// Pictures loaded inside the outermost picture being loaded on this thread.
+thread_local int NestedPictures = 0;
+
+// Counts one more picture; false once the outermost picture has used up its allowance.
+bool WithinPictureBudget()
+{
+  if (LoadingPictures.empty()) {
+    NestedPictures = 0;
+    return true;
+  }
+  return ++NestedPictures <= TSVGImage::MaxNestedPictures;
+}
 
 // Whether loading the picture Name from a document of file Holder would repeat a file that is being
 // loaded (the holder's own included), or nest too deep.
@@ -225,7 +239,7 @@ void TSVGImage::LoadSVG(const QString &FileName, const QByteArray &Data)
   TSVGDocument *Owner = GetOwner();
   const QString Holder = Owner && !Owner->FileName().isEmpty() ? QFileInfo(Owner->FileName()).canonicalFilePath()
                                                                 : QString();
-  if (IsRecursiveLoad(Holder, Name))
+  if (IsRecursiveLoad(Holder, Name) || !WithinPictureBudget())
     return;
   TLoadingScope Scope(Holder, Name);
   auto Loaded = std::make_unique<TSVGDocument>();
@@ -299,6 +313,7 @@ TRectF TSVGImage::Align(const TRectF &Rect) const
 
 void TSVGImage::Draw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)
 {
+  const TSVGDrawScope Scope;
   if (!ShouldDraw() || DrawnThroughMask(Matrix, Canvas, Rect))
     return;
   TVXGPCanvasStateGuard Guard(Canvas);
@@ -371,7 +386,8 @@ bool TSVGImage::DrawStandardPicture(const TMatrix &Matrix, TVXGPCanvas &Canvas)
   Canvas.IntersectClip(R);
   Canvas.SetMatrix(Saved);
   if (FPicture) {
-    FPicture->Draw(Fit, Canvas, R);
+    if (TSVGDrawScope::Charge(TSVGDrawScope::PictureCharge))
+      FPicture->Draw(Fit, Canvas, R);
     return true;
   }
   Canvas.SetMatrix(VXMatrixMultiply(Fit, Saved));

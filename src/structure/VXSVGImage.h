@@ -28,6 +28,10 @@ class TSVGImage : public TSVGCustomViewBox
 public:
   // No real picture nests SVG images this deep; deeper ones are skipped like a self-inclusion.
   static constexpr int MaxImageNesting = 16;
+  // Pictures that show pictures multiply (six files each showing the next six times make 7776), so
+  // the pictures loaded inside one outermost picture are counted; past this many an image is
+  // skipped like a self-inclusion, and each picture a document names costs at most this much.
+  static constexpr int MaxNestedPictures = 256;
 
   explicit TSVGImage(TSVGDocument *Owner);
   ~TSVGImage() override;
@@ -67,6 +71,11 @@ public:
   void Clear() override;
 
 protected:
+  // An image control shows the bitmap; then the inherited copy.
+  void AssignTo(TPersistent *Dest) const override;
+  // The control covers the element's rectangle under Matrix.
+  void DoModifyControl(IVXHostControl *Control, TMatrix &Matrix, TRectF &Rect,
+                       const TSVGControlElementEvent &Callback) override;
   void DoLoadFromXML(const IXMLNode &Node) override;
   // The view box when one was given, else the aspect ratio; the rectangle; the reference as read.
   void DoSaveToXML(const IXMLNode &Node) override;

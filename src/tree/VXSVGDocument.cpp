@@ -1,6 +1,7 @@
 #include "tree/VXSVGDocument.h"
 
 #include "platform/rtl/VXSysUtils.h"
+#include "tree/VXSVGRuleIndex.h"
 #include "tree/VXSVGStyleSheet.h"
 #include "values/VXSVGNumbers.h"
 #include "values/VXSVGTransforms.h"
@@ -264,6 +265,7 @@ void TSVGDocument::DoAddStyle(const QString &Selector, const QString &Style)
 void TSVGDocument::ApplyStyles()
 {
   TSVGUpdateGuard Guard(*this);
+  const TSVGRuleIndexScope Indexed(FStyles);
   ApplyMatchingStyles(&FStyles);
   TSVGCustomViewBox::ApplyStyles();
 }

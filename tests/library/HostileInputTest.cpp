@@ -18,6 +18,7 @@
 #include <QUrl>
 
 #include <ctime>
+#include <functional>
 #include <random>
 
 using namespace vx;
@@ -51,14 +52,15 @@ struct TOutcome
   qint64 Elapsed = 0;
 };
 
-// Loads Text, then draws it into a small bitmap, hit-tests a few points, measures and saves it.
-TOutcome Exercise(const QString &Text)
+// Loads a picture through Load, then draws it into a small bitmap, hit-tests a few points, measures
+// and saves it.
+TOutcome ExerciseLoaded(const std::function<void(TSVGDocument &)> &Load)
 {
   TOutcome Result;
   const std::clock_t Start = std::clock();
   try {
     TSVGDocument Document;
-    Document.LoadFromText(Text);
+    Load(Document);
     TVXGPBitmap Bitmap(48, 48);
     DrawSVGToBitmap(Bitmap, &Document, 1, true);
     DrawSVGToBitmap(Bitmap, &Document, 1, false);
@@ -75,6 +77,14 @@ TOutcome Exercise(const QString &Text)
   }
   Result.Elapsed = CpuMsSince(Start);
   return Result;
+}
+
+TOutcome Exercise(const QString &Text, TSVGOptions Options = DefaultSVGOptions)
+{
+  return ExerciseLoaded([&Text, Options](TSVGDocument &Document) {
+    Document.SetOptions(Options);
+    Document.LoadFromText(Text);
+  });
 }
 
 QString Nested(const QString &Open, const QString &Close, int Depth, const QString &Inner = QString())
@@ -357,6 +367,18 @@ TEST(HostileValues, AMillionSegmentPathDraws)
   EXPECT_LT(CpuMsSince(Start), TimeLimitMs);
 }
 
+TEST(HostileValues, ATextOfManySpansLaysOutInLinearTime)
+{
+  // Layout once walked the whole text for every span it placed.
+  const QString Text = Svg(QStringLiteral("<text x='1' y='20' text-decoration='underline'>%1</text>")
+                             .arg(QStringLiteral("<tspan>a</tspan>").repeated(10000)));
+  for (const TSVGOptions Options : {DefaultSVGOptions, DefaultSVGOptions | soStandardSVG}) {
+    const TOutcome Outcome = Exercise(Text, Options);
+    EXPECT_FALSE(Outcome.Failed) << Outcome.Message.toStdString();
+    EXPECT_LT(Outcome.Elapsed, TimeLimitMs);
+  }
+}
+
 TEST(HostileValues, RastersBeyondTheSizeLimitAreRefused)
 {
   TSVGDocument Document;
@@ -439,6 +461,88 @@ TEST(HostileFiles, NothingFromOutsideTheFolderShowsAndEverySaveLoadsAgain)
       // Arcs are not multiplied into curves past what the XML parser reads.
       EXPECT_LT(Outcome.Saved.size(), 2 * QFileInfo(File).size() + 4096);
     }
+  }
+}
+
+// --- costs that could grow faster than the input ---------------------------------------------------
+
+// Writes Text to Name in Dir.
+void WriteFile(const QTemporaryDir &Dir, const QString &Name, const QString &Text)
+{
+  QFile File(Dir.filePath(Name));
+  ASSERT_TRUE(File.open(QIODevice::WriteOnly));
+  File.write(Text.toUtf8());
+}
+
+TEST(HostileCosts, FanOutsAndLongListsStayWithinTime)
+{
+  const auto Repeat = [](int Count, const auto &Make) {
+    QString Result;
+    for (int I = 0; I < Count; ++I)
+      Result += Make(I);
+    return Result;
+  };
+  // Eleven levels of patterns, each tile holding nine squares filled with the level below.
+  QString Patterns = QStringLiteral("<defs><pattern id='p0' width='1' height='1' patternUnits='userSpaceOnUse'>"
+                                    "<rect width='1' height='1' fill='red'/></pattern>");
+  for (int Level = 1; Level <= 10; ++Level)
+    Patterns += QStringLiteral("<pattern id='p%1' width='3' height='3' patternUnits='userSpaceOnUse'>%2</pattern>")
+                    .arg(Level)
+                    .arg(Repeat(9, [Level](int I) {
+                      return QStringLiteral("<rect x='%1' y='%2' width='1' height='1' fill='url(#p%3)'/>")
+                          .arg(I % 3)
+                          .arg(I / 3)
+                          .arg(Level - 1);
+                    }));
+  Patterns += QStringLiteral("</defs><rect width='48' height='48' fill='url(#p10)'/>");
+  // Translucent groups of two shapes, each needing a layer, multiplied by uses of uses.
+  QString Layers = QStringLiteral("<defs><g id='l0' opacity='0.5'><rect width='40' height='40'/><circle r='9'/></g>");
+  for (int Level = 1; Level <= 5; ++Level)
+    Layers += QStringLiteral("<g id='l%1' opacity='0.9'>%2</g>")
+                  .arg(Level)
+                  .arg(Repeat(10, [Level](int) { return QStringLiteral("<use xlink:href='#l%1'/>").arg(Level - 1); }));
+  Layers += QStringLiteral("</defs>") + Repeat(10, [](int) { return QStringLiteral("<use xlink:href='#l5'/>"); });
+  const QString Cases[] = {
+    Repeat(5000, [](int) { return QStringLiteral("<rect id='a' width='1' height='1'/>"); }),
+    QStringLiteral("<style>") + Repeat(10000, [](int I) { return QStringLiteral(".c%1 { fill: red }").arg(I); }) +
+        QStringLiteral("</style>") +
+        Repeat(3000, [](int I) { return QStringLiteral("<rect class='c%1' width='1' height='1'/>").arg(I * 3); }),
+    QStringLiteral("<path d='M0 0%1' fill='none' stroke='black' stroke-dasharray='%2'/>")
+        .arg(Repeat(1000, [](int I) { return QStringLiteral(" L48 %1 L0 %2").arg(I * 0.048).arg(I * 0.048 + 0.024); }))
+        .arg(QStringLiteral("1 ").repeated(10001)),
+    Patterns,
+    Layers,
+    QStringLiteral("<linearGradient id='g'>") + QStringLiteral("<stop/>").repeated(1000000) +
+        QStringLiteral("</linearGradient><rect width='48' height='48' fill='url(#g)'/>"),
+  };
+  for (const QString &Body : Cases) {
+    SCOPED_TRACE(Body.left(120).toStdString());
+    const TOutcome Outcome = Exercise(Svg(Body));
+    EXPECT_FALSE(Outcome.Failed) << Outcome.Message.toStdString();
+    EXPECT_LT(Outcome.Elapsed, TimeLimitMs);
+  }
+}
+
+TEST(HostileCosts, PicturesShowingPicturesShareOneBudget)
+{
+  // Six files, each showing the next one six times: 7776 pictures at the bottom.
+  QTemporaryDir Dir;
+  ASSERT_TRUE(Dir.isValid());
+  for (int Level = 0; Level < 6; ++Level) {
+    QString Body = QStringLiteral("<rect width='100' height='100' fill='blue' opacity='0.5'/>");
+    for (int Copy = 0; Level < 5 && Copy < 6; ++Copy)
+      Body += QStringLiteral("<image xlink:href='n%1.svg' width='100' height='100'/>").arg(Level + 1);
+    WriteFile(Dir, QStringLiteral("n%1.svg").arg(Level), Svg(Body));
+  }
+  const QString First = Dir.filePath(QStringLiteral("n0.svg"));
+  for (const bool Standard : {false, true}) {
+    SCOPED_TRACE(Standard);
+    const TOutcome Outcome = ExerciseLoaded([&](TSVGDocument &Document) {
+      Document.SetOptions(Standard ? DefaultSVGOptions | soStandardSVG : DefaultSVGOptions);
+      Document.LoadFromFile(First);
+    });
+    EXPECT_FALSE(Outcome.Failed) << Outcome.Message.toStdString();
+    EXPECT_LT(Outcome.Elapsed, TimeLimitMs);
   }
 }
 
