@@ -25,8 +25,11 @@ void TSVGGraphicElement::SaveToXML(const IXMLNode &Node)
 
 void TSVGGraphicElement::WriteChildren(const IXMLNode &Node)
 {
+  // The classic save writes every child of a text as a tspan, as the test is on the parent; under
+  // the standard rules a textPath or tref keeps its own name, so that the save draws the same.
+  const bool ChildrenAsSpans = SVGType() == etText && !FollowsStandardSVG();
   for (TSVGElement *Child : FItems) {
-    const QString Tag = SVGType() == etText ? QStringLiteral("tspan") : Child->SVGTypeName();
+    const QString Tag = ChildrenAsSpans ? QStringLiteral("tspan") : Child->SVGTypeName();
     Child->SaveToXML(Node.AddChild(Tag, SVGNamespaceURI, false, -1));
   }
 }

@@ -597,14 +597,16 @@ void TSVGRectangle::DoSaveToXML(const IXMLNode &Node)
   SaveLength(Node, QStringLiteral("ry"), *FRY, 100, Compact);
 }
 
-// A line keeps its historic form: scale 1, and a zero coordinate is never written.
+// A line keeps its historic form: scale 1, and a zero coordinate is never written. Under the
+// standard rules percentages are written at scale 100, so that "10%" reads back as 10%.
 void TSVGLine::DoSaveToXML(const IXMLNode &Node)
 {
   TSVGGraphicElement::DoSaveToXML(Node);
-  SaveLength(Node, QStringLiteral("x1"), *FX, 1, true);
-  SaveLength(Node, QStringLiteral("y1"), *FY, 1, true);
-  SaveLength(Node, QStringLiteral("x2"), *FWidth, 1, true);
-  SaveLength(Node, QStringLiteral("y2"), *FHeight, 1, true);
+  const float Scale = FollowsStandardSVG() ? 100 : 1;
+  SaveLength(Node, QStringLiteral("x1"), *FX, Scale, true);
+  SaveLength(Node, QStringLiteral("y1"), *FY, Scale, true);
+  SaveLength(Node, QStringLiteral("x2"), *FWidth, Scale, true);
+  SaveLength(Node, QStringLiteral("y2"), *FHeight, Scale, true);
 }
 
 void TSVGPolyline::DoSaveToXML(const IXMLNode &Node)

@@ -437,14 +437,18 @@ void TSVGMarker::DoSaveToXML(const IXMLNode &Node)
   TSVGCustomViewBox::DoSaveToXML(Node);
   const QString Format = GetFormatStr();
   const bool Compact = IsCompactXML();
-  // Compact output leaves out every length of 0; a size of 0 thus reads back as the default 3.
-  auto SaveLength = [&](const QString &Name, const TSVGLength &Length) {
-    SaveAttrString(Node, Name, SVGLengthToString(Length, Format, 0.0f, 1.0f), Compact && Length.Raw() == 0, true);
+  // Classic output writes percentages at scale 1 and, when compact, leaves out every length of 0, so
+  // a size of 0 reads back as the default 3. Under the standard rules a save reads back as it was:
+  // percentages at scale 100, sizes of 0 written.
+  const bool Exact = FollowsStandardSVG();
+  auto SaveLength = [&](const QString &Name, const TSVGLength &Length, bool IsSize) {
+    SaveAttrString(Node, Name, SVGLengthToString(Length, Format, 0.0f, Exact ? 100.0f : 1.0f),
+                   Compact && Length.Raw() == 0 && !(Exact && IsSize), true);
   };
-  SaveLength(QStringLiteral("refX"), *FRefX);
-  SaveLength(QStringLiteral("refY"), *FRefY);
-  SaveLength(QStringLiteral("markerWidth"), *FMarkerWidth);
-  SaveLength(QStringLiteral("markerHeight"), *FMarkerHeight);
+  SaveLength(QStringLiteral("refX"), *FRefX, false);
+  SaveLength(QStringLiteral("refY"), *FRefY, false);
+  SaveLength(QStringLiteral("markerWidth"), *FMarkerWidth, true);
+  SaveLength(QStringLiteral("markerHeight"), *FMarkerHeight, true);
   if (FUnits != muNone)
     SaveAttrString(Node, QStringLiteral("markerUnits"), SVGMarkerUnitNames[FUnits], false, true);
   if (FAutomaticOrientation)

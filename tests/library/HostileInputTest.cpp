@@ -25,7 +25,7 @@ using namespace vx;
 
 namespace {
 
-// Time one hostile picture may take, generous enough for sanitizer builds.
+// Processor time one hostile picture may take, generous enough for sanitizer builds.
 constexpr qint64 TimeLimitMs = 5000;
 
 const char Root[] = "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' "

@@ -151,6 +151,36 @@ TEST_F(Saving, RoundTripKeepsTheTreeAndItsPresentation)
   EXPECT_TRUE(VXMatrixEquals(B->Matrix(), CreateRotationVXMatrix(float(M_PI / 2)), 1e-5f));
 }
 
+// Under the standard rules a save reads back as the picture that was read: the fragment survives,
+// and what the save loads as saves to the same text.
+TEST_F(Saving, StandardSavesReadBackAsRead)
+{
+  const struct
+  {
+    const char *Body;
+    const char *Kept;
+  } Cases[] = {
+    {"<line x1='10%' x2='70%' y2='5'/>", "x1=\"10%\" x2=\"70%\""},
+    {"<marker id='m' refX='5%' markerWidth='0' markerHeight='20%'/>", "refX=\"5%\" markerWidth=\"0\""},
+    {"<linearGradient id='g'/><rect width='5' height='5' fill='url(#g)'/>", "fill=\"url(#g)\""},
+    {"<path d='M0 0a5 5 0 0 1 9 9'/>", "d=\"M0 0a5 5 0 0 1 9 9\""},
+    {"<g id='g' transform='scale(1e30) scale(1e30)'/>", "<g id=\"g\"/>"},
+  };
+  for (const auto &C : Cases) {
+    SCOPED_TRACE(C.Body);
+    Document.SetOptions(DefaultSVGOptions | soStandardSVG);
+    Load("xmlns:xlink='http://www.w3.org/1999/xlink'", C.Body);
+    const QString First = Save();
+    EXPECT_TRUE(First.contains(QString::fromUtf8(C.Kept))) << First.toStdString();
+    Document.LoadFromText(First);
+    EXPECT_EQ(Save().toStdString(), First.toStdString());
+  }
+  // A text's textPath is written as what it is, not as a tspan.
+  Load("xmlns:xlink='http://www.w3.org/1999/xlink'",
+       "<path id='p' d='M0 0h9'/><text><textPath xlink:href='#p'>a</textPath></text>");
+  EXPECT_TRUE(Save().contains(QStringLiteral("<textPath xlink:href=\"#p\"")));
+}
+
 TEST_F(Saving, LongLinesWrapOnlyAboveThirtyTwo)
 {
   QString Body;
