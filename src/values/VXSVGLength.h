@@ -35,6 +35,8 @@ public:
   // Sets the value without reporting a change; IsPercent is also what Clear restores.
   TSVGLength(float Value, bool IsPercent, TSVGUnit aUnit);
   QString ClassName() const override { return QStringLiteral("TSVGLength"); }
+  // Published for the binary component stream (values/VXSVGValueProperties.cpp).
+  const TPropertyTable *PublishedProperties() const override;
 
   // The value in user units: the pixels, and for a percentage its share of the range that OnRange
   // supplies (0..1 when nobody answers).
@@ -68,6 +70,8 @@ public:
   bool IsPercent() const { return FIsPercent; }
   void SetIsPercent(bool Value);
   bool DefaultIsPercent() const { return FDefaultIsPercent; }
+  // The value Initialize gave: the one a stream need not repeat.
+  float DefaultRaw() const { return FDefaultRaw; }
 
   // Which values a persisted form writes.
   bool IsUnitStored() const { return FUnit != suNone && FUnit != suPixels; }
@@ -84,6 +88,7 @@ protected:
   virtual TSVGLength *CreateEmpty() const;
 
   bool FDefaultIsPercent = false;
+  float FDefaultRaw = 0.0f;
   float FRaw = 0.0f;
   bool FIsPercent = false;
   TSVGUnit FUnit = suNone;
@@ -95,6 +100,7 @@ class TSVGStylePropertyLength : public TSVGLength
 public:
   explicit TSVGStylePropertyLength(TSVGStyleProperty StyleProperty);
   QString ClassName() const override { return QStringLiteral("TSVGStylePropertyLength"); }
+  const TPropertyTable *PublishedProperties() const override;
 
   // The parent's value while the property is inherited and a parent is found.
   float GetValue() const override;
@@ -126,6 +132,7 @@ class TSVGStylePropertyAutoLength : public TSVGStylePropertyLength
 public:
   explicit TSVGStylePropertyAutoLength(TSVGStyleProperty StyleProperty);
   QString ClassName() const override { return QStringLiteral("TSVGStylePropertyAutoLength"); }
+  const TPropertyTable *PublishedProperties() const override;
 
   void Clear() override;
   void Assign(const TPersistent *Source) override;
@@ -146,6 +153,7 @@ class TSVGBaselineShiftLength : public TSVGStylePropertyLength
 public:
   explicit TSVGBaselineShiftLength(TSVGStyleProperty StyleProperty);
   QString ClassName() const override { return QStringLiteral("TSVGBaselineShiftLength"); }
+  const TPropertyTable *PublishedProperties() const override;
 
   void Clear() override;
   void Assign(const TPersistent *Source) override;
