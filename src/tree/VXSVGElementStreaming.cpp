@@ -323,9 +323,9 @@ const TPropertyTable &TSVGCustomViewBox::Properties()
   static const TPropertyTable Table(&TSVGGraphicElement::Properties(), {
     PublishedObject<C>(QStringLiteral("AspectRatio"), QStringLiteral("TSVGPreserveAspectRatio"),
                        [](C &Box) -> TSVGPreserveAspectRatio & { return Box.AspectRatio(); }),
-    // Written also when not specified: a box derived from other attributes is kept as it is.
     PublishedObject<C>(QStringLiteral("ViewBox"), QStringLiteral("TSVGViewBox"),
-                       [](C &Box) -> TSVGViewBox & { return Box.ViewBox(); }),
+                       [](C &Box) -> TSVGViewBox & { return Box.ViewBox(); },
+                       Predicate<C>([](const C &Box) { return Box.IsViewBoxSpecified(); })),
   });
   return Table;
 }
@@ -368,6 +368,10 @@ const TPropertyTable &TSVGDocument::Properties()
                       &C::SetOptions),
     PublishedValue<C>(QStringLiteral("PreferredLanguage"), tkString, String, &C::PreferredLanguage,
                       &C::SetPreferredLanguage),
+    // Images name their files relative to the picture the tree was loaded from, wherever the
+    // stream itself is kept.
+    PublishedValue<C>(QStringLiteral("FileName"), tkString, String, &C::FileName, &C::SetFileName,
+                      Predicate<C>([](const C &D) { return !D.FileName().isEmpty(); })),
   });
   return Table;
 }
