@@ -7,6 +7,7 @@
 #include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
+#include <QStringList>
 
 #include <cstdio>
 #include <stdexcept>
@@ -15,6 +16,7 @@ namespace vx::cli {
 
 namespace {
 bool StandardMode = true;
+QStringList AllowedFolders;
 
 // Whether the file starts with the header of the binary component stream.
 bool IsBinaryFile(const QString &FileName)
@@ -44,6 +46,11 @@ void SetStandardMode(bool On)
   StandardMode = On;
 }
 
+void AllowFolder(const QString &Folder)
+{
+  AllowedFolders.append(Folder);
+}
+
 void PrintError(const QString &Message)
 {
   std::fprintf(stderr, "vxsvg: %s\n", Message.toUtf8().constData());
@@ -63,6 +70,7 @@ int LoadDocument(TSVGDocument &Document, const QString &FileName)
   else
     Options.Exclude(soStandardSVG);
   Document.SetOptions(Options);
+  Document.FilePolicy().SetAllowedFolders(AllowedFolders);
   try {
     if (FromInput)
       LoadFromInput(Document);
