@@ -1,5 +1,9 @@
 #include "components/VXSVGDocumentComponent.h"
 
+#include "platform/common/VXFiler.h"
+
+#include <QBuffer>
+
 #include <algorithm>
 
 namespace vx {
@@ -72,6 +76,25 @@ const TPropertyTable &TVXSVGDocument::Properties()
                       &C::SetPreferredLanguage),
   });
   return Table;
+}
+
+void TVXSVGDocument::DefineProperties(TFiler &Filer)
+{
+  Filer.DefineBinaryProperty(
+    QStringLiteral("SVGX"),
+    [this](const QByteArray &Data) {
+      QBuffer Buffer;
+      Buffer.setData(Data);
+      Buffer.open(QIODevice::ReadOnly);
+      SVG().LoadFromBinaryStream(Buffer);
+    },
+    [this] {
+      QBuffer Buffer;
+      Buffer.open(QIODevice::WriteOnly);
+      SVG().SaveToBinaryStream(Buffer);
+      return Buffer.data();
+    },
+    FEmbedSVGAsBinary);
 }
 
 std::unique_ptr<TSVGDocument> TVXSVGDocument::CreateSVGDocument() const

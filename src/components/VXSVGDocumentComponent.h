@@ -42,6 +42,8 @@ public:
   QString ClassName() const override { return QStringLiteral("TVXSVGDocument"); }
   static const TPropertyTable &Properties();
   const TPropertyTable *PublishedProperties() const override { return &Properties(); }
+  // "SVGX": with EmbedSVGAsBinary, the document itself as a binary component stream.
+  void DefineProperties(TFiler &Filer) override;
 
   // The document, made by CreateSVGDocument on first use. Its events (OnDrawing, OnDrawn,
   // OnElementFound, OnParsingNode ...) are the component's: set them here.

@@ -1,5 +1,6 @@
 #include "raster/VXSVGImageList.h"
 
+#include "platform/rtl/VXPropInfo.h"
 #include "platform/vectorkit/VXGPBitmap.h"
 #include "platform/vectorkit/VXGPCanvas.h"
 #include "raster/VXSVGIconEngine.h"
@@ -419,6 +420,35 @@ void TVXSVGImageList::DoDraw(int Index, QPainter &Painter, int X, int Y, bool En
 TSVGCollection &TVXSVGImageList::SourceItems()
 {
   return FMasterImageList ? FMasterImageList->SourceItems() : *FItems;
+}
+
+// --- stored form ----------------------------------------------------------------------------------
+
+const TPropertyTable *TSVGCollectionItem::PublishedProperties() const
+{
+  using C = TSVGCollectionItem;
+  static const TPropertyTable Table(nullptr, {
+    PublishedObject<C>(QStringLiteral("Lines"), QStringLiteral("TStrings"),
+                       [](C &Item) -> TStringList & { return Item.FLines; }),
+    PublishedValue<C>(QStringLiteral("Proportional"), tkBoolean, QStringLiteral("Boolean"), &C::Proportional,
+                      &C::SetProportional, StoredUnless<C>(&C::Proportional, true)),
+  });
+  return &Table;
+}
+
+const TPropertyTable *TVXSVGImageList::PublishedProperties() const
+{
+  using C = TVXSVGImageList;
+  static const TPropertyTable Table(nullptr, {
+    PublishedObject<C>(QStringLiteral("Items"), QStringLiteral("TSVGCollection"),
+                       [](C &List) -> TSVGCollection & { return List.Items(); },
+                       std::function<bool(const C &)>([](const C &List) { return List.Items().Count() > 0; })),
+    PublishedValue<C>(QStringLiteral("Quality"), tkInteger, QStringLiteral("Integer"), &C::Quality, &C::SetQuality,
+                      StoredUnless<C>(&C::Quality, 1)),
+    PublishedValue<C>(QStringLiteral("Height"), tkInteger, QStringLiteral("Integer"), &C::Height, &C::SetHeight),
+    PublishedValue<C>(QStringLiteral("Width"), tkInteger, QStringLiteral("Integer"), &C::Width, &C::SetWidth),
+  });
+  return &Table;
 }
 
 } // namespace vx

@@ -6,6 +6,7 @@
 // and draws its master's at its own size.
 #include "platform/rtl/VXExport.h"
 #include "platform/common/VXCollections.h"
+#include "platform/common/VXStreamedCollection.h"
 #include "platform/rtl/VXStringList.h"
 #include "platform/vectorkit/VXGPImageList.h"
 
@@ -25,6 +26,8 @@ public:
   explicit TSVGCollectionItem(TSVGCollection *Collection);
   ~TSVGCollectionItem() override;
   QString ClassName() const override { return QStringLiteral("TSVGCollectionItem"); }
+  // Lines and Proportional: the stored form of an item (no image data).
+  const TPropertyTable *PublishedProperties() const override;
 
   TSVGCollection *Collection() const { return FCollection; }
   int Index() const;
@@ -61,7 +64,7 @@ private:
 
 // The items of one image list. Adding and deleting are told to the list item by item; an update
 // (BeginUpdate .. EndUpdate, Assign) is told once, as a change of everything.
-class VX_EXPORT TSVGCollection : public TPersistent
+class VX_EXPORT TSVGCollection : public TPersistent, public TStreamedCollection
 {
 public:
   explicit TSVGCollection(TVXSVGImageList *Owner);
@@ -86,6 +89,11 @@ public:
   // Copies the items of another collection.
   void Assign(const TPersistent *Source) override;
 
+  int StreamedCount() const override { return Count(); }
+  const TPersistent &StreamedItem(int Index) const override { return *Items(Index); }
+  void StreamedClear() override { Clear(); }
+  TPersistent &StreamedAdd() override { return *Add(); }
+
 private:
   void Notify(TSVGCollectionItem *Item, TCollectionNotification Action);
 
@@ -102,6 +110,8 @@ public:
   explicit TVXSVGImageList(int Width = 16, int Height = 16);
   ~TVXSVGImageList() override;
   QString ClassName() const override { return QStringLiteral("TVXSVGImageList"); }
+  // Width, Height, Quality and the items; the images are not stored but drawn again after a load.
+  const TPropertyTable *PublishedProperties() const override;
 
   TSVGCollection &Items() { return *FItems; }
   const TSVGCollection &Items() const { return *FItems; }

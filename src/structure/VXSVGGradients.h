@@ -62,6 +62,8 @@ public:
 
   // The attributes loaded from XML or set by a program.
   TSVGGradientAttributes GivenAttributes() const { return FGiven; }
+  // For readers that restore a loaded gradient (the binary component stream).
+  void SetGivenAttributes(TSVGGradientAttributes Value) { FGiven = Value; }
 
   // Fills Points with the stops, first to last for Direction 1 and last to first for -1; the
   // reflect and repeat spreads are unrolled into further passes until an offset reaches 1. A
@@ -255,6 +257,8 @@ public:
   void SetOffset(float Value) { SetX(Value); }
   // The stop's colour with its opacity folded into the alpha byte.
   TSVGBrush &GetStopBrush();
+  // The stop's colour and opacity as read, apart (what a copy or a stream keeps).
+  TSVGBrush &StopBrushAsRead() { return *FStopBrush; }
 
   // Reads the stop properties after the inherited ones; they do not count as styled.
   void ApplyStyle(const TSVGStyle &Style) override;

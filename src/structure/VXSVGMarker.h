@@ -57,6 +57,9 @@ public:
   void SetOrientation(float Value);
   bool AutomaticOrientation() const { return FAutomaticOrientation; }
   void SetAutomaticOrientation(bool Value);
+  // orient="auto-start-reverse": the start marker faces backwards.
+  bool ReversedAtStart() const { return FReversedAtStart; }
+  void SetReversedAtStart(bool Value) { FReversedAtStart = Value; }
 
   // Draws the marker for Element at the start of the segment P1 -> P2 (at P2 for the end), or at
   // the vertex P2 between P1 and P3, facing the path when the orientation is automatic. Nothing is

@@ -60,6 +60,8 @@ public:
   // The attributes loaded from XML or set through this class's setters; a view box counts as given
   // when it is specified.
   TSVGPatternAttributes GivenAttributes() const { return FGiven; }
+  // For readers that restore a loaded pattern (the binary component stream).
+  void SetGivenAttributes(TSVGPatternAttributes Value) { FGiven = Value; }
   // "patternTransform": it takes the tile and its contents into the painted element's space.
   const TMatrix &PatternMatrix() const { return FPatternMatrix; }
   void SetPatternMatrix(const TMatrix &Value);

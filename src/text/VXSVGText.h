@@ -119,6 +119,12 @@ public:
   void SetDXStr(const QString &Value);
   void SetDYStr(const QString &Value);
   void SetRotateStr(const QString &Value);
+  // What the standard road read besides the lists (xml:space, the browser text properties), for
+  // readers that restore a loaded text (the binary component stream).
+  bool PreservesSpace() const { return FPreserveSpace; }
+  void SetPreservesSpace(bool Value) { FPreserveSpace = Value; }
+  const TSVGBrowserTextProperties &BrowserProperties() const { return FBrowserProperties; }
+  void SetBrowserProperties(const TSVGBrowserTextProperties &Value) { FBrowserProperties = Value; }
 
   // The text is drawn by the canvas's text output instead of as outlines.
   virtual bool IsFillingText() const;

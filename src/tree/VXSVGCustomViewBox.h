@@ -20,6 +20,12 @@ public:
   void SetViewBox(const TSVGViewBox &Value);
   void SetViewBox(const TRectF &Value);
   bool IsViewBoxSpecified() const { return FViewBox.Specified(); }
+
+  // --- binary component stream (tree/VXSVGElementStreaming.cpp) ---
+  static const TPropertyTable &Properties();
+  const TPropertyTable *PublishedProperties() const override;
+  // Defines ViewBoxSpecified, then the base's.
+  void DefineProperties(TFiler &Filer) override;
   TSVGPreserveAspectRatio &AspectRatio() { return FAspectRatio; }
   const TSVGPreserveAspectRatio &AspectRatio() const { return FAspectRatio; }
   void SetAspectRatio(const TSVGPreserveAspectRatio &Value) { FAspectRatio.Assign(&Value); }

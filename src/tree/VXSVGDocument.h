@@ -81,6 +81,17 @@ public:
   virtual void SaveToStream(QIODevice &Stream, int LineLength = 0);
   void SaveToXML(IXMLDocument &Document);
   using TSVGCustomViewBox::SaveToXML;
+
+  // --- the binary component stream (tree/VXSVGElementStreaming.cpp) ---
+  // The tree with its resolved styles; loading it needs no XML parse and no style sheet.
+  void SaveToBinaryFile(const QString &FileName);
+  virtual void SaveToBinaryStream(QIODevice &Stream);
+  // A stream that cannot be read ends in EReadError (or EClassNotFound for an unknown element
+  // class) with the document cleared.
+  void LoadFromBinaryFile(const QString &FileName);
+  virtual void LoadFromBinaryStream(QIODevice &Stream);
+  static const TPropertyTable &Properties();
+  const TPropertyTable *PublishedProperties() const override;
   bool DoOnSavingElement(TSVGElement *Element, const IXMLNode &Node) override;
   void DoOnSavedElement(TSVGElement *Element, const IXMLNode &Node) override;
 

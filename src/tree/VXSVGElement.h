@@ -20,6 +20,8 @@ namespace vx {
 class TSVGDocument;
 class TSVGElement;
 class TSVGCustomViewBox;
+class TReader;
+class TWriter;
 
 // The children of an element: owning, so removal frees and extraction hands the child back.
 using TSVGElementList = TVXAssignList<TSVGElement>;
@@ -204,6 +206,17 @@ public:
 
   // The document-wide notification of child lists; the document overrides it to fire its events.
   virtual void ElementNotification(TObject *Sender, TSVGElement *Item, TCollectionNotification Action);
+
+  // --- binary component stream (tree/VXSVGElementStreaming.cpp) ---
+  static const TPropertyTable &Properties();
+  // The table registered for the element's class, else the one of the nearest class that has one.
+  const TPropertyTable *PublishedProperties() const override;
+  // Defines ChildItems when there are children; overrides define their own properties first.
+  void DefineProperties(TFiler &Filer) override;
+  // The children behind the collection marker, each with its class name and its properties.
+  void WriteItems(TWriter &Writer);
+  // Replaces the children with those of the stream; an unknown class name fails.
+  void ReadItems(TReader &Reader);
 
 protected:
   // Places Control for the element and may change Matrix and Rect for what the children generate.

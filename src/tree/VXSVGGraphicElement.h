@@ -322,6 +322,16 @@ public:
   // Writes the element and then its children into Node.
   void SaveToXML(const IXMLNode &Node) override;
 
+  // --- binary component stream (tree/VXSVGElementStreaming.cpp) ---
+  static const TPropertyTable &Properties();
+  const TPropertyTable *PublishedProperties() const override;
+  // Defines InheritedProperties and PreferredStyleProperties, then the base's.
+  void DefineProperties(TFiler &Filer) override;
+  // A set as a list of property ordinals (soExportOptimizedBinaryStyleProperties) or as its text.
+  void WriteStyleProperties(TWriter &Writer, const TSVGStylePropertiesSet &Set) const;
+  // Reads either form of a set.
+  static void ReadStyleProperties(TReader &Reader, TSVGStylePropertiesSet &Set);
+
 protected:
   // --- generated controls and copying (graphics/VXSVGControlCopy.cpp) ---
   // Composes the element's transform into Matrix and places Control: a path control takes its path

@@ -108,6 +108,7 @@ void TSVGLength::Initialize(float Value, bool IsPercent, TSVGUnit aUnit)
   FRaw = Value;
   FIsPercent = IsPercent;
   FDefaultIsPercent = IsPercent;
+  FDefaultRaw = Value;
   FUnit = aUnit;
   Change();
 }

@@ -36,6 +36,8 @@ public:
   // Sets the value without reporting a change; IsPercent is also what Clear restores.
   TSVGLength(float Value, bool IsPercent, TSVGUnit aUnit);
   QString ClassName() const override { return QStringLiteral("TSVGLength"); }
+  // Published for the binary component stream (values/VXSVGValueProperties.cpp).
+  const TPropertyTable *PublishedProperties() const override;
 
   // The value in user units: the pixels, and for a percentage its share of the range that OnRange
   // supplies (0..1 when nobody answers).
@@ -69,6 +71,8 @@ public:
   bool IsPercent() const { return FIsPercent; }
   void SetIsPercent(bool Value);
   bool DefaultIsPercent() const { return FDefaultIsPercent; }
+  // The value Initialize gave: the one a stream need not repeat.
+  float DefaultRaw() const { return FDefaultRaw; }
 
   // Which values a persisted form writes.
   bool IsUnitStored() const { return FUnit != suNone && FUnit != suPixels; }
@@ -85,6 +89,7 @@ protected:
   virtual TSVGLength *CreateEmpty() const;
 
   bool FDefaultIsPercent = false;
+  float FDefaultRaw = 0.0f;
   float FRaw = 0.0f;
   bool FIsPercent = false;
   TSVGUnit FUnit = suNone;
@@ -96,6 +101,7 @@ class VX_EXPORT TSVGStylePropertyLength : public TSVGLength
 public:
   explicit TSVGStylePropertyLength(TSVGStyleProperty StyleProperty);
   QString ClassName() const override { return QStringLiteral("TSVGStylePropertyLength"); }
+  const TPropertyTable *PublishedProperties() const override;
 
   // The parent's value while the property is inherited and a parent is found.
   float GetValue() const override;
@@ -127,6 +133,7 @@ class VX_EXPORT TSVGStylePropertyAutoLength : public TSVGStylePropertyLength
 public:
   explicit TSVGStylePropertyAutoLength(TSVGStyleProperty StyleProperty);
   QString ClassName() const override { return QStringLiteral("TSVGStylePropertyAutoLength"); }
+  const TPropertyTable *PublishedProperties() const override;
 
   void Clear() override;
   void Assign(const TPersistent *Source) override;
@@ -147,6 +154,7 @@ class VX_EXPORT TSVGBaselineShiftLength : public TSVGStylePropertyLength
 public:
   explicit TSVGBaselineShiftLength(TSVGStyleProperty StyleProperty);
   QString ClassName() const override { return QStringLiteral("TSVGBaselineShiftLength"); }
+  const TPropertyTable *PublishedProperties() const override;
 
   void Clear() override;
   void Assign(const TPersistent *Source) override;

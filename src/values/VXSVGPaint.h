@@ -26,6 +26,8 @@ class VX_EXPORT TSVGBrush : public TVXGPBrush
 public:
   explicit TSVGBrush(TVXGPCanvas *Canvas = nullptr, TVXGPBrushKind Kind = bkSolid, TVXGPColor Color = 0xFF000000);
   QString ClassName() const override { return QStringLiteral("TSVGBrush"); }
+  // Published for the binary component stream (values/VXSVGValueProperties.cpp).
+  const TPropertyTable *PublishedProperties() const override;
   void Assign(const TPersistent *Source) override;
 
   // Opaque black, solid, no paint server, the default opacity.
@@ -64,6 +66,7 @@ public:
   explicit TSVGPen(TVXGPCanvas *Canvas = nullptr, TVXGPBrushKind Kind = bkSolid, TVXGPColor Color = 0xFF000000);
   ~TSVGPen() override;
   QString ClassName() const override { return QStringLiteral("TSVGPen"); }
+  const TPropertyTable *PublishedProperties() const override;
   void Assign(const TPersistent *Source) override;
 
   // No stroke: kind none, opaque black, solid, width 1, flat caps, miter join with limit 4, no
@@ -146,6 +149,7 @@ public:
   explicit TSVGFont(TVXGPCanvas *Canvas = nullptr);
   ~TSVGFont() override;
   QString ClassName() const override { return QStringLiteral("TSVGFont"); }
+  const TPropertyTable *PublishedProperties() const override;
   // From an SVG font everything; from a canvas font the weight follows its bold bit.
   void Assign(const TPersistent *Source) override;
 

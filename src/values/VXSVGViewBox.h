@@ -22,6 +22,8 @@ public:
   TSVGViewBox(float Left, float Top, float Right, float Bottom);
   ~TSVGViewBox() override;
   QString ClassName() const override { return QStringLiteral("TSVGViewBox"); }
+  // Published for the binary component stream (values/VXSVGValueProperties.cpp).
+  const TPropertyTable *PublishedProperties() const override;
 
   // Changes of the lengths inside a batch are told once, by the outermost EndUpdate.
   void BeginUpdate();
@@ -91,6 +93,7 @@ public:
   // The values given here are also the defaults that Clear restores and streaming compares with.
   TSVGPreserveAspectRatio(TSVGAlign Align, bool Defer, bool Slice);
   QString ClassName() const override { return QStringLiteral("TSVGPreserveAspectRatio"); }
+  const TPropertyTable *PublishedProperties() const override;
 
   virtual void Clear();
   void Assign(const TPersistent *Source) override;

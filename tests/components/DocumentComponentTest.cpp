@@ -1,6 +1,8 @@
 // The document component: its exclusive sources, its viewers and its published properties.
 #include "ComponentsFixture.h"
+#include "platform/common/VXFiler.h"
 
+#include <QBuffer>
 #include <QFile>
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
@@ -153,6 +155,26 @@ TEST_F(DocumentComponentTest, PropertyTablesReadWriteAndKnowWhatToStore)
   EXPECT_EQ(Controls.Find(QStringLiteral("Transform"))->Get(Image).value<TPersistent *>(), &Image.Transform());
   EXPECT_EQ(Controls.Find(QStringLiteral("Color")), nullptr);
   EXPECT_NE(TVXSVGScreen().PublishedProperties()->Find(QStringLiteral("Color")), nullptr);
+}
+
+// Embedded, the document travels as the binary property SVGX and the file name is not stored.
+TEST_F(DocumentComponentTest, EmbeddedDocumentComesBackFromItsBinaryProperty)
+{
+  Document.SetFilename(File);
+  Document.SetEmbedSVGAsBinary(true);
+  QBuffer Buffer;
+  Buffer.open(QIODevice::ReadWrite);
+  TWriter(Buffer).WriteRootPersistent(Document);
+  EXPECT_TRUE(Buffer.data().contains("SVGX"));
+  EXPECT_FALSE(Buffer.data().contains("\x08" "Filename"));
+
+  TVXSVGDocument Copy;
+  Buffer.seek(0);
+  TReader(Buffer).ReadRootPersistent(Copy);
+  EXPECT_TRUE(Copy.EmbedSVGAsBinary());
+  EXPECT_TRUE(Copy.Filename().isEmpty());
+  EXPECT_EQ(Copy.SVG().AllItems().Count(), Document.SVG().AllItems().Count());
+  EXPECT_TRUE(Copy.SVG().AllItems().ContainsKey(QStringLiteral("left")));
 }
 
 } // namespace

@@ -1,9 +1,11 @@
 // The SVG image list: images follow the items, masters and dependents, Proportional, Quality, the
 // cycle check, and pictures handed out at any size.
+#include "platform/common/VXFiler.h"
 #include "raster/VXSVGImageList.h"
 #include "support/PictureTest.h"
 #include "values/VXSVGException.h"
 
+#include <QBuffer>
 #include <QPainter>
 
 #include <gtest/gtest.h>
@@ -25,6 +27,29 @@ TSVGCollectionItem &AddItem(TVXSVGImageList &List, const QString &Text)
   Lines.SetText(Text);
   Item.SetLines(Lines);
   return Item;
+}
+
+// The stored form holds the items' text and options, no image data: a list read back draws them anew.
+TEST(ImageListTest, StreamedItemsDrawAgainAfterLoading)
+{
+  TVXSVGImageList Source(16, 16);
+  AddItem(Source, Square);
+  AddItem(Source, Wide).SetProportional(false);
+  Source.SetQuality(2);
+  QBuffer Buffer;
+  Buffer.open(QIODevice::ReadWrite);
+  TWriter(Buffer).WriteRootPersistent(Source);
+
+  TVXSVGImageList Copy(8, 8);
+  AddItem(Copy, Wide);
+  Buffer.seek(0);
+  TReader(Buffer).ReadRootPersistent(Copy);
+  ASSERT_EQ(Copy.Count(), 2);
+  EXPECT_EQ(Copy.Width(), 16);
+  EXPECT_EQ(Copy.Quality(), 2);
+  EXPECT_EQ(Copy.GetImage(0).pixel(8, 8), Lime);
+  EXPECT_FALSE(Copy.Items().Items(1)->Proportional());
+  EXPECT_EQ(Copy.GetImage(1).pixel(4, 1), Red);
 }
 
 TEST(ImageListTest, ImagesFollowTheItemsOneByOne)

@@ -1,8 +1,10 @@
 #include "DocumentLoading.h"
 
+#include "platform/common/VXFiler.h"
 #include "platform/rtl/VXExceptions.h"
 #include "tree/VXSVGDocument.h"
 
+#include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
 #include <QStringList>
@@ -15,7 +17,29 @@ namespace vx::cli {
 namespace {
 bool StandardMode = true;
 QStringList AllowedFolders;
+
+// Whether the file starts with the header of the binary component stream.
+bool IsBinaryFile(const QString &FileName)
+{
+  QFile File(FileName);
+  return File.open(QIODevice::ReadOnly) && IsBinaryStream(File.peek(8));
 }
+
+// Standard input is read whole, so that its first bytes can tell binary from text.
+void LoadFromInput(TSVGDocument &Document)
+{
+  QFile Input;
+  if (!Input.open(stdin, QIODevice::ReadOnly))
+    throw std::runtime_error("cannot read the standard input");
+  QByteArray Data = Input.readAll();
+  QBuffer Buffer(&Data);
+  Buffer.open(QIODevice::ReadOnly);
+  if (IsBinaryStream(Data))
+    Document.LoadFromBinaryStream(Buffer);
+  else
+    Document.LoadFromStream(Buffer);
+}
+} // namespace
 
 void SetStandardMode(bool On)
 {
@@ -48,14 +72,12 @@ int LoadDocument(TSVGDocument &Document, const QString &FileName)
   Document.SetOptions(Options);
   Document.FilePolicy().SetAllowedFolders(AllowedFolders);
   try {
-    if (FromInput) {
-      QFile Input;
-      if (!Input.open(stdin, QIODevice::ReadOnly))
-        throw std::runtime_error("cannot read the standard input");
-      Document.LoadFromStream(Input);
-    } else {
+    if (FromInput)
+      LoadFromInput(Document);
+    else if (IsBinaryFile(FileName))
+      Document.LoadFromBinaryFile(FileName);
+    else
       Document.LoadFromFile(FileName);
-    }
   } catch (const Exception &Error) {
     // "file:line: message (in element)", as compilers and linters report, when the line is known.
     const QString Where = Error.Line() > 0 ? QStringLiteral("%1:%2").arg(FileName).arg(Error.Line()) : FileName;

@@ -13,7 +13,8 @@ void SetStandardMode(bool On);
 // Lets the pictures loaded from now on name files inside Folder, beside their own folder's.
 void AllowFolder(const QString &Folder);
 
-// Loads FileName ("-" for the standard input) into Document, in the mode SetStandardMode chose. A missing file gives ExitUsage, a file the library refuses
+// Loads FileName ("-" for the standard input) into Document, in the mode SetStandardMode chose;
+// a binary component stream, recognised by its header, brings the mode it was saved in. A missing file gives ExitUsage, a file the library refuses
 // ExitLoadFailed; either way the reason is printed.
 int LoadDocument(TSVGDocument &Document, const QString &FileName);
 

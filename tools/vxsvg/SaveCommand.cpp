@@ -1,4 +1,5 @@
-// vxsvg save FILE OUT.svg [--full] [--line-length N]: loads a picture and writes it back as SVG.
+// vxsvg save FILE OUT.svg [--full] [--line-length N] [--binary]: loads a picture and writes it back
+// as SVG, or with --binary as the library's binary component stream.
 #include "Commands.h"
 #include "DocumentLoading.h"
 
@@ -15,6 +16,7 @@ struct TSaveOptions
   QString Input;
   QString Output;
   bool Full = false;
+  bool Binary = false;
   int LineLength = 0;
 };
 
@@ -26,6 +28,8 @@ bool ParseSaveArguments(const QStringList &Args, TSaveOptions &Options)
     const QString &Arg = Args[I];
     if (Arg == QLatin1String("--full")) {
       Options.Full = true;
+    } else if (Arg == QLatin1String("--binary")) {
+      Options.Binary = true;
     } else if (Arg == QLatin1String("--line-length")) {
       bool Ok = false;
       Options.LineLength = I + 1 < Args.size() ? Args[++I].toInt(&Ok) : 0;
@@ -41,7 +45,7 @@ bool ParseSaveArguments(const QStringList &Args, TSaveOptions &Options)
     }
   }
   if (Positional.size() != 2) {
-    PrintError(QStringLiteral("usage: vxsvg save FILE OUT.svg [--full] [--line-length N]"));
+    PrintError(QStringLiteral("usage: vxsvg save FILE OUT.svg [--full] [--line-length N] [--binary]"));
     return false;
   }
   Options.Input = Positional[0];
@@ -62,7 +66,10 @@ int RunSave(const QStringList &Args)
   if (Options.Full)
     Document.SetOptions(Document.GetOptions() - TSVGOptions{soCompactExport});
   try {
-    Document.SaveToFile(Options.Output, Options.LineLength);
+    if (Options.Binary)
+      Document.SaveToBinaryFile(Options.Output);
+    else
+      Document.SaveToFile(Options.Output, Options.LineLength);
   } catch (const std::exception &Error) {
     PrintError(QStringLiteral("%1: %2").arg(Options.Output, QString::fromUtf8(Error.what())));
     return ExitLoadFailed;

@@ -18,7 +18,8 @@ namespace vx::cli {
 namespace {
 
 const TCommand Commands[] = {
-  {"info", "info FILE", "print the element tree of FILE, one element a line, and the element count", RunInfo},
+  {"info", "info FILE", "print the element tree of FILE, one element a line, and the element count\n"
+   "                               (FILE may be SVG or a binary stream written by save --binary)", RunInfo},
   {"render", "render FILE OUT.png [opts]", "draw FILE into OUT.png (or .jpg, .webp ...); several FILEs\n"
    "                               with --out-dir DIR", RunRender},
   {"compare", "compare A.png B.png [--diff S]", "count the pixels that differ (over white, by more than 32/255);\n"
@@ -44,7 +45,9 @@ void PrintUsage(FILE *Stream)
              "                               output to a folder or the standard output, parallel jobs)\n\n"
              "Options of save:\n"
              "  --full                       write default-valued sizes too (clears compact export)\n"
-             "  --line-length N              wrap lines longer than N characters (above 32; path data)\n\n"
+             "  --line-length N              wrap lines longer than N characters (above 32; path data)\n"
+             "  --binary                     write the binary component stream (loads without an XML\n"
+             "                               parse; render and info read it back)\n\n"
              "Options of hit:\n"
              "  --width W, --height H        the size the picture is laid out at, as for render\n"
              "  --find LIST                  comma list: hidden (search hidden elements too), groups\n"

@@ -10,6 +10,7 @@
 
 namespace vx {
 
+class TFiler;
 class TPropertyTable;
 
 class VX_EXPORT TObject
@@ -38,6 +39,9 @@ public:
   // The published properties of the object's class (platform/rtl/VXPropInfo.h); nil when it
   // publishes none.
   virtual const TPropertyTable *PublishedProperties() const { return nullptr; }
+  // Names the properties the object streams beyond its published ones (the binary component
+  // stream, platform/common/VXFiler.h); the base defines none.
+  virtual void DefineProperties(TFiler &) {}
 
 protected:
   // Overridden by classes that can copy themselves into a foreign Dest; the base fails.
