@@ -33,7 +33,7 @@ TPropInfo Reference()
 }
 
 template <typename C>
-TPropInfo Length(const QString &Name, TSVGLength &(C::*Getter)() const)
+TPropInfo Length(const QString &Name, TSVGLength &(C::*Getter)())
 {
   return PublishedObject<C>(Name, QStringLiteral("TSVGLength"), [Getter](C &E) -> TSVGLength & { return (E.*Getter)(); });
 }

@@ -7,6 +7,7 @@
 // The reader takes input from strangers: every length and count is checked against what is left
 // of the stream before anything is allocated, markers are checked where they are read, nesting is
 // limited, and every fault ends in EReadError.
+#include "platform/rtl/VXExport.h"
 #include "platform/rtl/VXClasses.h"
 #include "platform/rtl/VXPropInfo.h"
 
@@ -33,7 +34,7 @@ class TWriter;
 
 // What TPersistent::DefineProperties sees: a writer that asks each property for its data, or a
 // reader that hands the one property it has just met to the matching definition.
-class TFiler
+class VX_EXPORT TFiler
 {
 public:
   using TReaderProc = std::function<void(TReader &)>;
@@ -50,7 +51,7 @@ public:
                                     const TBinaryWriterProc &WriteData, bool HasData) = 0;
 };
 
-class TWriter : public TFiler
+class VX_EXPORT TWriter : public TFiler
 {
 public:
   static constexpr int BufferSize = 4096;
@@ -95,7 +96,7 @@ private:
   QString FPropPath;
 };
 
-class TReader : public TFiler
+class VX_EXPORT TReader : public TFiler
 {
 public:
   // The nesting of objects (child lists within child lists) a stream may have.
@@ -163,6 +164,6 @@ private:
 };
 
 // Whether Data begins with the header of the binary component stream.
-bool IsBinaryStream(const QByteArray &Data);
+VX_EXPORT bool IsBinaryStream(const QByteArray &Data);
 
 } // namespace vx

@@ -1,11 +1,12 @@
 #pragma once
 // A published sub-object that the binary component stream writes as a collection: each item's
 // properties as one list, behind the collection marker.
+#include "platform/rtl/VXExport.h"
 #include "platform/rtl/VXClasses.h"
 
 namespace vx {
 
-class TStreamedCollection
+class VX_EXPORT TStreamedCollection
 {
 public:
   virtual ~TStreamedCollection() = default;
