@@ -97,11 +97,14 @@ void TSVGGraphicElement::DrawFrame(const TMatrix &Combined, TVXGPCanvas &Canvas,
   // EndDraw restores the canvas, so it also runs when the element's own draw or a child fails.
   try {
     const std::unique_ptr<TVXGPLayer> Layer = OpenLayer(Canvas);
-    if (DrawOwn)
+    if (DrawOwn) {
       DoInternalDraw(Combined, Canvas, Rect);
+      PaintDeferredParts(Canvas);
+    }
     DrawChildren(Combined, Canvas, Rect);
     CompositeLayer(Layer.get());
   } catch (...) {
+    DiscardDeferredParts();
     EndDraw(Combined, Canvas, Rect);
     throw;
   }
@@ -162,6 +165,8 @@ int TSVGGraphicElement::GetCompositingQuality() const
 int TSVGGraphicElement::GetSmoothingMode() const
 {
   const TSVGShapeRendering Rendering = GetShapeRendering();
+  if (Rendering == srnCrispEdges && DrawsCrispEdgesAliased())
+    return vx::GetSmoothingMode(srnOptimizeSpeed);
   if ((Rendering == srnNone || Rendering == srnAuto) && GetOwner())
     return vx::GetSmoothingMode(GetOwner()->DefaultShapeRendering());
   return vx::GetSmoothingMode(Rendering);
@@ -186,7 +191,7 @@ bool TSVGGraphicElement::DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canv
 
 void TSVGGraphicElement::DrawPath(const TVXGPPath &Path, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &)
 {
-  const std::unique_ptr<TVXGPPath> Clone = Path.Clone(&Canvas);
+  std::unique_ptr<TVXGPPath> Clone = Path.Clone(&Canvas);
   switch (GetFillRule()) {
   case frNonZero:
     Clone->SetFillMode(VXFillModeWinding);
@@ -198,6 +203,8 @@ void TSVGGraphicElement::DrawPath(const TVXGPPath &Path, const TMatrix &Matrix, 
     break;
   }
   Clone->ApplyMatrix(Matrix);
+  if (HonoursPaintOrder())
+    return PaintPathInOrder(std::move(Clone), Canvas);
   const float Opacity = GetAbsoluteOpacity();
   if (Canvas.Brush().GetKind() != bkNone)
     Canvas.FillPath(*Clone, GetBrush().GetOpacity() * Opacity);

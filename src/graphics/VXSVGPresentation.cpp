@@ -148,6 +148,7 @@ void TSVGGraphicElement::ApplyStyle(const TSVGStyle &Style)
   ApplyMarkerStyle(Style);
   ApplyMaskStyle(Style);
   ApplyCompositingStyle(Style);
+  ApplyPaintOrderStyle(Style);
 }
 
 bool TSVGGraphicElement::KeepsZeroLengthDashes() const

@@ -102,6 +102,23 @@ bool HasUsableRadius(const IXMLNode &Node, const QString &Name)
   return Text != QLatin1String("auto") && !Text.startsWith(u'-');
 }
 
+// Standard mode marks every basic shape along the path SVG 2 gives it: a rect or an ellipse as
+// well, and a polygon as a closed figure. Documented, only lines and point lists carry markers,
+// a polygon's as an open list of points.
+bool MarksShapesAlongTheirPaths(const TSVGElement &Shape)
+{
+  return Shape.FollowsStandardSVG();
+}
+
+// The path of an ellipse for its markers: from the right end of its horizontal axis clockwise, a
+// vertex at each end of an axis.
+TVXPathData EllipseMarkerPath(const TRectF &Bounds)
+{
+  TVXPathData Result;
+  Result.AddEllipse(Bounds);
+  return Result;
+}
+
 // Puts the canvas matrix back on the way out, also by an exception.
 class TCanvasMatrixGuard
 {
@@ -165,6 +182,8 @@ bool TSVGCircle::DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, cons
   const bool Result = TSVGGraphicElement::DoInternalDraw(Matrix, Canvas, Rect);
   if (!Result && DrawsNegativeRadii(*this))
     DrawEllipseDirect(*this, GetBoundsRect(), Matrix, Canvas);
+  if (Result && MarksShapesAlongTheirPaths(*this))
+    DrawMarkers(EllipseMarkerPath(GetBoundsRect()), Matrix, Canvas, Rect);
   return Result;
 }
 
@@ -204,6 +223,8 @@ bool TSVGEllipse::DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, con
   const bool Result = TSVGGraphicElement::DoInternalDraw(Matrix, Canvas, Rect);
   if (!Result && DrawsNegativeRadii(*this))
     DrawEllipseDirect(*this, GetBoundsRect(), Matrix, Canvas);
+  if (Result && MarksShapesAlongTheirPaths(*this))
+    DrawMarkers(EllipseMarkerPath(GetBoundsRect()), Matrix, Canvas, Rect);
   return Result;
 }
 
@@ -284,8 +305,14 @@ bool TSVGRectangle::DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, c
   const TRectF Bounds = GetBoundsRect();
   if (!(Bounds.Width() > 0 && Bounds.Height() > 0))
     return false;
-  if (TSVGGraphicElement::DoInternalDraw(Matrix, Canvas, Rect))
+  if (TSVGGraphicElement::DoInternalDraw(Matrix, Canvas, Rect)) {
+    if (MarksShapesAlongTheirPaths(*this)) {
+      TVXPathData Outline;
+      Outline.AddRectangle(Bounds, FRX->GetValue(), FRY->GetValue());
+      DrawMarkers(Outline, Matrix, Canvas, Rect);
+    }
     return true;
+  }
   // The cached path is empty: draw the rectangle through the canvas matrix instead.
   TCanvasMatrixGuard Guard(Canvas);
   const TMatrix Combined = VXMatrixMultiply(Matrix, Guard.Saved());
@@ -500,7 +527,10 @@ bool TSVGPolyline::DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, co
   const bool Result = TSVGGraphicElement::DoInternalDraw(Matrix, Canvas, Rect);
   if (!Result)
     DrawPoints(Matrix, Canvas, Rect, IsClosed());
-  DrawMarkers(FPoints, Matrix, Canvas, Rect);
+  if (MarksShapesAlongTheirPaths(*this))
+    DrawMarkers(*CreatePath(IsClosed()), Matrix, Canvas, Rect);
+  else
+    DrawMarkers(FPoints, Matrix, Canvas, Rect);
   return Result;
 }
 

@@ -219,6 +219,13 @@ bool TSVGMarker::EndAngle(const TPointF &P1, const TPointF &P2, float &Angle) co
   return !FAutomaticOrientation || SegmentAngle(P1, P2, Angle);
 }
 
+float TSVGMarker::TurnAt(float PathAngle, bool AtStart) const
+{
+  if (!FAutomaticOrientation)
+    return FixedAngle();
+  return AtStart && FReversedAtStart ? PathAngle + float(std::numbers::pi) : PathAngle;
+}
+
 void TSVGMarker::DrawStartMarker(TSVGGraphicElement &Element, const TPointF &P1, const TPointF &P2,
                                  const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)
 {

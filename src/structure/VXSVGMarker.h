@@ -69,6 +69,11 @@ public:
                     TVXGPCanvas &Canvas, const TRectF &Rect);
   using TSVGCustomViewBox::Draw;
 
+  // The turn of the marker at a vertex where the path runs at PathAngle (radians), as the standard
+  // vertex rules give it: PathAngle when the orientation is automatic (reversed at the start for
+  // "auto-start-reverse"), else the fixed angle.
+  float TurnAt(float PathAngle, bool AtStart) const;
+
   // Hit testing of the marker placed as Draw places it: the element of its contents under TestPoint.
   virtual TSVGGraphicElement *MarkerAtPos(const TPointF &Point, float Angle, const TMatrix &Matrix,
                                           TVXGPCanvas &Canvas, const TPointF &TestPoint, const TRectF &Rect,

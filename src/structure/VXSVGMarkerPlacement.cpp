@@ -9,6 +9,10 @@
 
 #include <cmath>
 #include <functional>
+#include <initializer_list>
+#include <numbers>
+#include <optional>
+#include <vector>
 
 namespace vx {
 
@@ -159,17 +163,175 @@ TSVGGraphicElement *FindAt(TSVGGraphicElement &Element, const TVertices &V, cons
   return Found;
 }
 
+// --- the standard vertex rules ----------------------------------------------------------------------
+//
+// Every end of a segment is a vertex, a move and a close included. A marker turns by the direction
+// of the path where it stands: at the start along the first segment, at the end along the last
+// one (a closing segment when the figure is closed), and in between along the bisector of the
+// directions in and out. Where one side has no direction (a subpath begins or ends there, or the
+// segment has no length) the other side's is taken, and 0 where neither has one: a path of no
+// length still shows its markers.
+
+struct TVertex
+{
+  TPointF Point;
+  std::optional<float> In, Out;
+};
+
+std::optional<float> Direction(const TPointF &From, const TPointF &To)
+{
+  if (From == To)
+    return std::nullopt;
+  return float(std::atan2(double(To.Y) - From.Y, double(To.X) - From.X));
+}
+
+// The direction a segment leaves From with: towards the first of Towards that differs from From.
+std::optional<float> FirstDirection(const TPointF &From, std::initializer_list<TPointF> Towards)
+{
+  for (const TPointF &To : Towards)
+    if (std::optional<float> Angle = Direction(From, To))
+      return Angle;
+  return std::nullopt;
+}
+
+std::vector<TVertex> StandardVertices(const TVXPathData &Path)
+{
+  std::vector<TVertex> Result;
+  const int Count = Path.GetCount();
+  auto At = [&](int I) { return Path.GetPoint(std::min(I, Count - 1)).Point; };
+  for (int I = 0; I < Count; ++I) {
+    const TVXPathPoint &P = Path.GetPoint(I);
+    if (P.Kind == ppMove || Result.empty()) {
+      Result.push_back({P.Point, std::nullopt, std::nullopt});
+      continue;
+    }
+    const TPointF From = Result.back().Point;
+    std::optional<float> Out, In;
+    if (P.Kind == ppCubic) {
+      const TPointF C1 = P.Point, C2 = At(I + 1), To = At(I + 2);
+      Out = FirstDirection(From, {C1, C2, To});
+      if (std::optional<float> Back = FirstDirection(To, {C2, C1, From}))
+        In = *Back + float(std::numbers::pi);
+      I += 2;
+      Result.back().Out = Out;
+      Result.push_back({To, In, std::nullopt});
+      continue;
+    }
+    Out = In = Direction(From, P.Point);
+    Result.back().Out = Out;
+    Result.push_back({P.Point, In, std::nullopt});
+  }
+  return Result;
+}
+
+// The bisector of In and Out; of the two, the one on the side the path turns to. A path that
+// turns straight back faces a quarter turn clockwise from In; the tolerance keeps single-precision
+// directions (a float pi is a little more than pi) on that side.
+float Bisector(float In, float Out)
+{
+  constexpr double Turn = 2 * std::numbers::pi;
+  constexpr double Tolerance = 1e-6;
+  auto Normal = [&](double A) { return std::fmod(std::fmod(A, Turn) + Turn, Turn); };
+  const double I = Normal(In);
+  const double Half = (Normal(Out) - I) / 2;
+  return float(std::abs(Half) > std::numbers::pi / 2 + Tolerance ? I + Half - std::numbers::pi : I + Half);
+}
+
+float VertexDirection(const TVertex &V)
+{
+  if (V.In && V.Out)
+    return Bisector(*V.In, *V.Out);
+  return V.In ? *V.In : V.Out.value_or(0.0f);
+}
+
+// Answers true to end the walk.
+using TStandardVisit = std::function<bool(TSVGMarker &Marker, const TPointF &Point, float Angle)>;
+
+void WalkStandardMarkers(TSVGGraphicElement &Element, const TVXPathData &Path, TVXGPCanvas &Canvas,
+                         const TStandardVisit &Visit)
+{
+  if (!Element.GetOwner())
+    return;
+  const std::vector<TVertex> Vertices = StandardVertices(Path);
+  if (Vertices.size() < 2)
+    return;
+  TSVGMarker *Start = FindMarker(Element, Element.GetMarkerStartURI());
+  TSVGMarker *Mid = FindMarker(Element, Element.GetMarkerMidURI());
+  TSVGMarker *End = FindMarker(Element, Element.GetMarkerEndURI());
+  if (!Start && !Mid && !End)
+    return;
+  Canvas.Pen().SetThickness(MarkerStrokeWidth(Element));
+  const std::size_t Last = Vertices.size() - 1;
+  for (std::size_t I = 0; I <= Last; ++I) {
+    const TVertex &V = Vertices[I];
+    TSVGMarker *Marker = I == 0 ? Start : I == Last ? End : Mid;
+    const float Angle = I == 0 ? V.Out.value_or(0.0f) : I == Last ? V.In.value_or(0.0f) : VertexDirection(V);
+    if (Marker && Visit(*Marker, V.Point, Marker->TurnAt(Angle, I == 0)))
+      return;
+  }
+}
+
+TVXPathData OpenPath(const TVXPoints &Points)
+{
+  TVXPathData Result;
+  for (std::size_t I = 0; I < Points.size(); ++I)
+    if (I == 0)
+      Result.MoveTo(Points[I]);
+    else
+      Result.LineTo(Points[I]);
+  return Result;
+}
+
+void DrawStandard(TSVGGraphicElement &Element, const TVXPathData &Path, const TMatrix &Matrix, TVXGPCanvas &Canvas,
+                  const TRectF &Rect)
+{
+  WalkStandardMarkers(Element, Path, Canvas, [&](TSVGMarker &Marker, const TPointF &Point, float Angle) {
+    Marker.Draw(Element, Point, Angle, Matrix, Canvas, Rect);
+    return false;
+  });
+}
+
+TSVGGraphicElement *FindStandard(TSVGGraphicElement &Element, const TVXPathData &Path, const TMatrix &Matrix,
+                                 TVXGPCanvas &Canvas, const TPointF &TestPoint, const TRectF &Rect,
+                                 TSVGFindOptions Options)
+{
+  TVXGPCanvasStateGuard Guard(Canvas);
+  TSVGGraphicElement *Found = nullptr;
+  WalkStandardMarkers(Element, Path, Canvas, [&](TSVGMarker &Marker, const TPointF &Point, float Angle) {
+    Found = Marker.MarkerAtPos(Point, Angle, Matrix, Canvas, TestPoint, Rect, Options);
+    return Found != nullptr;
+  });
+  return Found;
+}
+
+// Standard mode places markers by the vertex rules above; the documented walk pairs neighbouring
+// points and skips a vertex whose direction is undefined.
+bool FollowsStandardVertexRules(const TSVGGraphicElement &Element)
+{
+  return Element.FollowsStandardSVG();
+}
+
 } // namespace
 
 void TSVGGraphicElement::DrawMarkers(const TVXPathData &Path, const TMatrix &Matrix, TVXGPCanvas &Canvas,
                                      const TRectF &Rect)
 {
+  if (FollowsStandardVertexRules(*this)) {
+    DrawStandard(*this, Path, Matrix, Canvas, Rect);
+    PaintDeferredParts(Canvas);
+    return;
+  }
   DrawAll(*this, TVertices(Path), Matrix, Canvas, Rect);
 }
 
 void TSVGGraphicElement::DrawMarkers(const TVXPoints &Points, const TMatrix &Matrix, TVXGPCanvas &Canvas,
                                      const TRectF &Rect)
 {
+  if (FollowsStandardVertexRules(*this)) {
+    DrawStandard(*this, OpenPath(Points), Matrix, Canvas, Rect);
+    PaintDeferredParts(Canvas);
+    return;
+  }
   DrawAll(*this, TVertices(Points), Matrix, Canvas, Rect);
 }
 
@@ -177,6 +339,8 @@ TSVGGraphicElement *TSVGGraphicElement::MarkersAtPos(const TVXPathData &Path, co
                                                      TVXGPCanvas &Canvas, const TPointF &Point, const TRectF &Rect,
                                                      TSVGFindOptions Options)
 {
+  if (FollowsStandardVertexRules(*this))
+    return FindStandard(*this, Path, Matrix, Canvas, Point, Rect, Options);
   return FindAt(*this, TVertices(Path), Matrix, Canvas, Point, Rect, Options);
 }
 
@@ -184,6 +348,8 @@ TSVGGraphicElement *TSVGGraphicElement::MarkersAtPos(const TVXPoints &Points, co
                                                      TVXGPCanvas &Canvas, const TPointF &Point, const TRectF &Rect,
                                                      TSVGFindOptions Options)
 {
+  if (FollowsStandardVertexRules(*this))
+    return FindStandard(*this, OpenPath(Points), Matrix, Canvas, Point, Rect, Options);
   return FindAt(*this, TVertices(Points), Matrix, Canvas, Point, Rect, Options);
 }
 

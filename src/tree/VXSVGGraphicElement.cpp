@@ -644,6 +644,7 @@ void TSVGGraphicElement::AssignProperties(const TSVGElement *Source)
     FOverflow = Graphic->IsOverflow();
     FBlendMode = Graphic->FBlendMode;
     FIsolated = Graphic->FIsolated;
+    FPaintOrder = Graphic->FPaintOrder;
     FMarkerStartURI = Graphic->GetMarkerStartURI();
     FMarkerMidURI = Graphic->GetMarkerMidURI();
     FMarkerEndURI = Graphic->GetMarkerEndURI();
@@ -682,6 +683,7 @@ void TSVGGraphicElement::ResetToDefaults()
   FBlendMode = bmNormal;
   FIsolated = false;
   FStyleBlendMode.clear();
+  FPaintOrder.clear();
   FStyleIsolation.clear();
   FColorInterpolation = sciSRGB;
   FColorRendering = clrnAuto;

@@ -17,12 +17,18 @@
 #include "values/VXSVGPaint.h"
 #include "values/VXSVGPropertiesSet.h"
 
+#include <array>
+#include <cstdint>
 #include <memory>
 
 namespace vx {
 
 class TVXGPCanvas;
 class TVXPathData;
+
+// The parts of a shape that paint-order arranges.
+enum TSVGPaintPart : std::uint8_t { spFill, spStroke, spMarkers };
+using TSVGPaintOrder = std::array<TSVGPaintPart, 3>;
 
 class TSVGGraphicElement : public TSVGElement
 {
@@ -250,7 +256,8 @@ public:
   // --- markers (structure/VXSVGMarkerPlacement.cpp) ---
   // Draws the markers that marker-start, marker-mid and marker-end name at the vertices of Path
   // (Bezier control points stepped over) or of Points. Leaves the canvas pen as thick as the
-  // element's stroke, which markers in strokeWidth units scale by.
+  // element's stroke, which markers in strokeWidth units scale by, unless paint-order puts parts of
+  // the path after the markers: those are painted then, with the canvas as the path left it.
   void DrawMarkers(const TVXPathData &Path, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
   void DrawMarkers(const TVXPoints &Points, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
   // The element of marker contents under Point, asking the start, the mid and the end markers in
@@ -276,6 +283,18 @@ public:
   void SaveToXML(const IXMLNode &Node) override;
 
 protected:
+  // --- generated controls and copying (graphics/VXSVGControlCopy.cpp) ---
+  // Composes the element's transform into Matrix and places Control: a path control takes its path
+  // in the top control's pixels and places itself over it, other controls are sized from the
+  // bounds; a shape's stroke is scaled to those pixels.
+  void DoModifyControl(IVXHostControl *Control, TMatrix &Matrix, TRectF &Rect,
+                       const TSVGControlElementEvent &Callback) override;
+  // Into a control: visibility, cursor and, for a shape, opacity and paints, then the base. Into a
+  // TSVGStyle: one pair per property the element sets itself; inherited ones are left out.
+  void AssignTo(TPersistent *Dest) const override;
+  // The text AssignTo gives Property in a style; false for the properties that are never written.
+  bool StylePropertyText(TSVGStyleProperty Property, QString &Text) const;
+
   // The frame of one element's draw: matrix composition, canvas set-up, own geometry, children,
   // canvas restore (the last also on the way out by an exception).
   virtual void InternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
@@ -297,7 +316,8 @@ protected:
   std::unique_ptr<TVXGPLayer> OpenLayer(TVXGPCanvas &Canvas) const;
   // Draws Layer (when there is one) onto the canvas with the element's blend mode.
   void CompositeLayer(TVXGPLayer *Layer) const;
-  // Fill, then stroke, of Path transformed by Matrix, with the opacities folded in.
+  // Fill, then stroke, of Path transformed by Matrix, with the opacities folded in; in the order of
+  // paint-order where it is honoured, the parts after the markers left to PaintDeferredParts.
   void DrawPath(const TVXGPPath &Path, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
   void DrawPath(const TVXPathData &Path, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
   // Clips the canvas by the element's clip path; the clip-path family builds on this hook.
@@ -325,6 +345,9 @@ protected:
   // Greys the canvas paints for a disabled element, unless the owner's OnDisableAppearance refuses.
   virtual void DisableAppearance(TMatrix &Matrix, TVXGPCanvas &Canvas, TRectF &Rect);
   virtual int GetSmoothingMode() const;
+  // Whether shape-rendering="crispEdges" turns anti-aliasing off, as browsers do; documented, it
+  // asks for high quality.
+  bool DrawsCrispEdgesAliased() const { return FollowsStandardSVG(); }
   virtual int GetTextRenderingHint() const;
   virtual int GetCompositingQuality() const;
 
@@ -475,6 +498,24 @@ private:
   void ReadCompositingStyle(const QString &StyleText);
   void ApplyCompositingStyle(const TSVGStyle &Style);
   bool HasSeveralPaintedParts() const;
+
+  // --- paint order (graphics/VXSVGPaintOrder.cpp) ---
+  // Whether paint-order arranges fill, stroke and markers; documented, they always come in that order.
+  bool HonoursPaintOrder() const { return FollowsStandardSVG(); }
+  // The order of the parts, inherited up the parents; an invalid declaration counts as none.
+  TSVGPaintOrder GetPaintOrder() const;
+  void ApplyPaintOrderStyle(const TSVGStyle &Style);
+  // Paints the parts of the transformed Path that come before the markers, and keeps the rest
+  // (with the canvas state) for PaintDeferredParts, which the markers and the draw frame call.
+  void PaintPathInOrder(std::unique_ptr<TVXGPPath> Path, TVXGPCanvas &Canvas);
+  void PaintPart(const TVXGPPath &Path, TSVGPaintPart Part, TVXGPCanvas &Canvas);
+  void PaintDeferredParts(TVXGPCanvas &Canvas);
+  void DiscardDeferredParts() { FDeferredPath.reset(); }
+
+  QString FPaintOrder;
+  std::unique_ptr<TVXGPPath> FDeferredPath;
+  std::array<bool, 3> FDeferredParts{};
+  int FDeferredState = 0;
 
   TVXGPBlendMode FBlendMode = bmNormal;
   bool FIsolated = false;

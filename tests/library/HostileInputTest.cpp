@@ -4,6 +4,7 @@
 #include "platform/vectorkit/VXGPBitmap.h"
 #include "platform/vectorkit/VXGPCanvas.h"
 #include "raster/VXSVGRaster.h"
+#include "support/HostilePictures.h"
 #include "tree/VXSVG.h"
 
 #include <gtest/gtest.h>
@@ -12,9 +13,12 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QUrl>
 
+#include <ctime>
 #include <functional>
 #include <random>
 
@@ -71,9 +75,12 @@ TOutcome ExerciseLoaded(const std::function<void(TSVGDocument &)> &Load)
   return Result;
 }
 
-TOutcome Exercise(const QString &Text)
+TOutcome Exercise(const QString &Text, TSVGOptions Options = DefaultSVGOptions)
 {
-  return ExerciseLoaded([&Text](TSVGDocument &Document) { Document.LoadFromText(Text); });
+  return ExerciseLoaded([&Text, Options](TSVGDocument &Document) {
+    Document.SetOptions(Options);
+    Document.LoadFromText(Text);
+  });
 }
 
 QString Nested(const QString &Open, const QString &Close, int Depth, const QString &Inner = QString())
@@ -358,6 +365,18 @@ TEST(HostileValues, AMillionSegmentPathDraws)
   EXPECT_LT(Timer.elapsed(), TimeLimitMs);
 }
 
+TEST(HostileValues, ATextOfManySpansLaysOutInLinearTime)
+{
+  // Layout once walked the whole text for every span it placed.
+  const QString Text = Svg(QStringLiteral("<text x='1' y='20' text-decoration='underline'>%1</text>")
+                             .arg(QStringLiteral("<tspan>a</tspan>").repeated(10000)));
+  for (const TSVGOptions Options : {DefaultSVGOptions, DefaultSVGOptions | soStandardSVG}) {
+    const TOutcome Outcome = Exercise(Text, Options);
+    EXPECT_FALSE(Outcome.Failed) << Outcome.Message.toStdString();
+    EXPECT_LT(Outcome.Elapsed, TimeLimitMs);
+  }
+}
+
 TEST(HostileValues, RastersBeyondTheSizeLimitAreRefused)
 {
   TSVGDocument Document;
@@ -374,6 +393,73 @@ TEST(HostileValues, RastersBeyondTheSizeLimitAreRefused)
           DrawSVGToBitmap(Bitmap, &Document, 1, true);
         },
         EInvalidGraphicOperation);
+  }
+}
+
+
+// --- files, raster memory, saves -----------------------------------------------------------------
+
+struct TFileOutcome
+{
+  QImage Drawn;
+  QByteArray Saved;
+  QByteArray SavedAgain;
+};
+
+QByteArray SaveOf(TSVGDocument &Document)
+{
+  QBuffer Buffer;
+  Buffer.open(QIODevice::WriteOnly);
+  Document.SaveToStream(Buffer);
+  return Buffer.data();
+}
+
+// Loads FileName, draws it into a 100-pixel square, saves it, and saves again what the save loads as.
+TFileOutcome ExerciseFile(const QString &FileName, bool Standard)
+{
+  TFileOutcome Result;
+  const TSVGOptions Options = Standard ? DefaultSVGOptions | soStandardSVG : DefaultSVGOptions;
+  TSVGDocument Document;
+  Document.SetOptions(Options);
+  Document.LoadFromFile(FileName);
+  TVXGPBitmap Bitmap(100, 100);
+  DrawSVGToBitmap(Bitmap, &Document, 1, true);
+  Result.Drawn = Bitmap.Image();
+  Result.Saved = SaveOf(Document);
+  QBuffer Buffer(&Result.Saved);
+  Buffer.open(QIODevice::ReadOnly);
+  TSVGDocument Again;
+  Again.SetOptions(Options);
+  Again.LoadFromStream(Buffer, FileName);
+  Result.SavedAgain = SaveOf(Again);
+  return Result;
+}
+
+TEST(HostileFiles, NothingFromOutsideTheFolderShowsAndEverySaveLoadsAgain)
+{
+  const char *const Names[] = {
+    "image: ../ out of the folder", "image: absolute path", "image: file: URLs",
+    "image: symbolic links out of the folder", "image: /proc, devices, FIFO", "pictures that show themselves",
+    "PNG bombs", "six embedded 11,500-pixel pictures", "transforms that overflow", "200,000-segment path with arcs",
+  };
+  // A number that does not read again, where attribute values put numbers.
+  const QRegularExpression NotFinite(QStringLiteral("[\\s(,\"']-?(inf|nan)(?![a-z])"),
+                                     QRegularExpression::CaseInsensitiveOption);
+  for (const char *Name : Names) {
+    for (const bool Standard : {false, true}) {
+      SCOPED_TRACE(testing::Message() << Name << (Standard ? ", standard" : ", classic"));
+      QTemporaryDir Folder;
+      const QString File = vxtest::HostilePicture(Name).Make(QDir(Folder.path()));
+      const std::clock_t Start = std::clock();
+      const TFileOutcome Outcome = ExerciseFile(File, Standard);
+      // Processor time, as the machine may be shared.
+      EXPECT_LT(double(std::clock() - Start) / CLOCKS_PER_SEC * 1000, TimeLimitMs);
+      EXPECT_FALSE(vxtest::ShowsSecret(Outcome.Drawn));
+      EXPECT_TRUE(Outcome.Saved == Outcome.SavedAgain) << Outcome.Saved.left(2000).toStdString();
+      EXPECT_FALSE(QString::fromUtf8(Outcome.Saved).contains(NotFinite));
+      // Arcs are not multiplied into curves past what the XML parser reads.
+      EXPECT_LT(Outcome.Saved.size(), 2 * QFileInfo(File).size() + 4096);
+    }
   }
 }
 

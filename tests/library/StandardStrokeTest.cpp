@@ -89,6 +89,90 @@ TEST_F(StandardStroke, MarkerOrientation)
   }
 }
 
+// Two by two red squares centred on their vertex, in user units.
+#define SQUARE_MARKERS                                                                                            \
+  "<marker id='q' markerUnits='userSpaceOnUse' refX='1' refY='1' markerWidth='2' markerHeight='2'>"               \
+  "<rect width='2' height='2' fill='red'/></marker>"
+#define ALL_SQUARES "marker-start='url(#q)' marker-mid='url(#q)' marker-end='url(#q)'"
+
+TEST_F(StandardStroke, MarkerVertices)
+{
+  const TModeCase Cases[] = {
+    // Documented, only lines, point lists and paths carry markers; standard marks every shape, a
+    // circle from the right end of its horizontal axis round through the ends of both axes.
+    {"markers on a rect",
+     SQUARE_MARKERS "<rect x='10' y='10' width='20' height='20' fill='none' " ALL_SQUARES "/>",
+     {{10, 10, NoColor}, {29, 29, NoColor}},
+     {{10, 10, Red}, {29, 10, Red}, {29, 29, Red}, {10, 29, Red}, {20, 10, NoColor}}},
+    {"markers on a circle", SQUARE_MARKERS "<circle cx='20' cy='20' r='10' fill='none' " ALL_SQUARES "/>",
+     {{30, 20, NoColor}},
+     {{30, 20, Red}, {20, 30, Red}, {10, 20, Red}, {20, 10, Red}, {27, 27, NoColor}}},
+    // A polygon is a closed figure: its last vertex is its first point again, not its last one.
+    {"the end of a polygon",
+     "<marker id='e' markerUnits='userSpaceOnUse' refX='1' refY='1' markerWidth='2' markerHeight='2'>"
+     "<rect width='2' height='2' fill='red'/></marker>"
+     "<polygon points='10,10 30,10 30,30' fill='none' marker-end='url(#e)'/>",
+     {{30, 30, Red}, {10, 10, NoColor}},
+     {{10, 10, Red}, {30, 30, NoColor}}},
+    // A path of no length: documented its markers have no direction and are skipped; standard draws them.
+    {"a path of no length", SQUARE_MARKERS "<path d='M20,20 L20,20' marker-start='url(#q)'/>",
+     {{20, 20, NoColor}},
+     {{20, 20, Red}, {19, 19, Red}}},
+    // Where the path turns straight back, the documented bisector has no direction and the mid
+    // marker faces along x; the standard one faces a quarter turn clockwise, downwards.
+    {"a path that turns back",
+     "<marker id='m' markerUnits='userSpaceOnUse' overflow='visible' orient='auto'>"
+     "<rect x='0' y='-1' width='6' height='2' fill='red'/></marker>"
+     "<path d='M10,20 L30,20 L10,20' marker-mid='url(#m)'/>",
+     {{34, 20, Red}, {30, 24, NoColor}},
+     {{30, 24, Red}, {34, 20, NoColor}}},
+  };
+  for (const TModeCase &Case : Cases)
+    Check(Case);
+}
+
+TEST_F(StandardStroke, PaintOrder)
+{
+  const TModeCase Cases[] = {
+    // The inner half of a wide stroke: documented always over the fill, standard under it.
+    {"stroke before fill",
+     "<rect x='10' y='10' width='20' height='20' fill='blue' stroke='red' stroke-width='8' paint-order='stroke'/>",
+     {{12, 20, Red}, {7, 20, Red}},
+     {{12, 20, Blue}, {7, 20, Red}}},
+    // Markers first, under the fill and the stroke; a part named twice makes the declaration
+    // invalid, so the parent's order holds.
+    {"markers under the fill, inherited past an invalid declaration",
+     SQUARE_MARKERS "<g paint-order='markers'><path d='M10,20 H30 V30 H10 Z' fill='blue' marker-start='url(#q)' "
+                    "paint-order='fill fill'/></g>",
+     {{10, 20, Red}, {9, 19, Red}},
+     {{10, 20, Blue}, {11, 21, Blue}, {9, 19, Red}}},
+    // The stroke after the markers covers them.
+    {"stroke over the markers",
+     SQUARE_MARKERS "<path d='M10,20 H30' stroke='blue' stroke-width='4' marker-start='url(#q)' "
+                    "paint-order='fill markers'/>",
+     {{10, 20, Red}},
+     {{10, 20, Blue}, {12, 20, Blue}}},
+  };
+  for (const TModeCase &Case : Cases)
+    Check(Case);
+}
+
+TEST_F(StandardStroke, CrispEdgesTurnAntiAliasingOff)
+{
+  const QString Body = QStringLiteral("<circle cx='20' cy='20' r='13.3' fill='blue' shape-rendering='crispEdges'/>");
+  for (const bool Standard : {false, true}) {
+    const QImage Image = RenderIn(Standard, Body);
+    int Partial = 0;
+    for (int Y = 0; Y < Image.height(); ++Y)
+      for (int X = 0; X < Image.width(); ++X)
+        Partial += qAlpha(Image.pixel(X, Y)) != 0 && qAlpha(Image.pixel(X, Y)) != 255;
+    if (Standard)
+      EXPECT_EQ(Partial, 0);
+    else
+      EXPECT_GT(Partial, 0);
+  }
+}
+
 TEST_F(StandardStroke, DashArrays)
 {
   const TModeCase Cases[] = {
