@@ -1,5 +1,6 @@
 #include "components/VXSVGGeneratedControls.h"
 
+#include "components/VXSVGImageControls.h"
 #include "platform/vectorkit/VXGPCanvas.h"
 #include "tree/VXSVGDocument.h"
 #include "tree/VXSVGGraphicElement.h"
@@ -12,9 +13,6 @@
 namespace vx {
 
 namespace {
-
-const QStringList WrapModeNames = {QStringLiteral("iwOriginal"), QStringLiteral("iwFit"), QStringLiteral("iwStretch"),
-                                   QStringLiteral("iwTile"), QStringLiteral("iwCenter")};
 
 template <typename TClass>
 IVXHostControl *CreateGenerated(TComponent *Owner, IVXHostControl *Parent)

@@ -16,8 +16,8 @@ bool IsIdentity(const TMatrix &M)
   return VXMatrixEquals(M, VXIdentityMatrix, 0.00001f);
 }
 
-// The documented control gives every rendering its own aspect ratio, whatever the picture says; a
-// picture read as browsers read it keeps the preserveAspectRatio it was written with.
+// On the documented road the control gives every rendering its own aspect ratio, whatever the
+// picture says; a picture read as browsers read it keeps the preserveAspectRatio it was written with.
 bool DefaultAspectRatioOverridesPicture(TSVGOptions Options)
 {
   return !Options.Contains(soStandardSVG);
@@ -236,6 +236,12 @@ void TVXSVGThreadImage::SetDPI(int Value)
 
 void TVXSVGThreadImage::SetOptions(TSVGOptions Value)
 {
+  // Reading follows the mode too: a change of mode loads the picture again.
+  if (Value.Contains(soStandardSVG) != FOptions.Contains(soStandardSVG)) {
+    FOptions = Value;
+    ObjectChanged(nullptr);
+    return;
+  }
   SetDisplayProperty(FOptions, Value);
 }
 

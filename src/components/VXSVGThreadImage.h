@@ -74,6 +74,7 @@ public:
   int DPI() const { return FDPI; }
   void SetDPI(int Value);
   TSVGOptions Options() const { return FOptions; }
+  // A change of soStandardSVG loads the picture again.
   void SetOptions(TSVGOptions Value);
   TSVGShapeRendering DefaultShapeRendering() const { return FDefaultShapeRendering; }
   void SetDefaultShapeRendering(TSVGShapeRendering Value);

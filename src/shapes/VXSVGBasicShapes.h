@@ -123,6 +123,9 @@ public:
 protected:
   // A path control first receives the geometry into its path data; then the inherited copy.
   void AssignTo(TPersistent *Dest) const override;
+  // The shape's control, then the controls of its markers' contents.
+  void DoModifyControl(IVXHostControl *Control, TMatrix &Matrix, TRectF &Rect,
+                       const TSVGControlElementEvent &Callback) override;
   void DoLoadFromXML(const IXMLNode &Node) override;
   void DoSaveToXML(const IXMLNode &Node) override;
   // A line is hit on its stroke alone: its box is flat when it is horizontal or vertical.
@@ -165,6 +168,9 @@ public:
 protected:
   // A path control first receives the geometry into its path data; then the inherited copy.
   void AssignTo(TPersistent *Dest) const override;
+  // The shape's control, then the controls of its markers' contents.
+  void DoModifyControl(IVXHostControl *Control, TMatrix &Matrix, TRectF &Rect,
+                       const TSVGControlElementEvent &Callback) override;
   void DoLoadFromXML(const IXMLNode &Node) override;
   void DoSaveToXML(const IXMLNode &Node) override;
   bool DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect) override;

@@ -36,6 +36,9 @@ public:
 protected:
   // A path control first receives the geometry into its path data; then the inherited copy.
   void AssignTo(TPersistent *Dest) const override;
+  // The shape's control, then the controls of its markers' contents.
+  void DoModifyControl(IVXHostControl *Control, TMatrix &Matrix, TRectF &Rect,
+                       const TSVGControlElementEvent &Callback) override;
   void DoLoadFromXML(const IXMLNode &Node) override;
   // Writes "d" (when there are points) and a measured or given "pathLength".
   void DoSaveToXML(const IXMLNode &Node) override;

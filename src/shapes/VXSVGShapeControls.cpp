@@ -1,5 +1,6 @@
 // What the shapes and the path give the path control generated for them: their geometry in their
-// own user space, which the graphic element's DoModifyControl then takes to the panel's pixels.
+// own user space, which the graphic element's DoModifyControl then takes to the panel's pixels, and
+// the controls of their markers.
 #include "platform/geometry/VXPathData.h"
 #include "shapes/VXSVGBasicShapes.h"
 #include "shapes/VXSVGPath.h"
@@ -62,6 +63,28 @@ void TSVGPath::AssignTo(TPersistent *Dest) const
   if (auto *Control = dynamic_cast<IVXPathShapeControl *>(Dest); Control && GeneratedPathData(Dest))
     Control->SetPathData(FData);
   TSVGGraphicElement::AssignTo(Dest);
+}
+
+void TSVGLine::DoModifyControl(IVXHostControl *Control, TMatrix &Matrix, TRectF &Rect,
+                               const TSVGControlElementEvent &Callback)
+{
+  TSVGGraphicElement::DoModifyControl(Control, Matrix, Rect, Callback);
+  GenerateMarkers(TVXPoints{{GetX(), GetY()}, {FWidth->GetValue(), FHeight->GetValue()}}, Control, Matrix, Rect,
+                  Callback);
+}
+
+void TSVGPolyline::DoModifyControl(IVXHostControl *Control, TMatrix &Matrix, TRectF &Rect,
+                                   const TSVGControlElementEvent &Callback)
+{
+  TSVGGraphicElement::DoModifyControl(Control, Matrix, Rect, Callback);
+  GenerateMarkers(FPoints, Control, Matrix, Rect, Callback);
+}
+
+void TSVGPath::DoModifyControl(IVXHostControl *Control, TMatrix &Matrix, TRectF &Rect,
+                               const TSVGControlElementEvent &Callback)
+{
+  TSVGGraphicElement::DoModifyControl(Control, Matrix, Rect, Callback);
+  GenerateMarkers(FData, Control, Matrix, Rect, Callback);
 }
 
 } // namespace vx

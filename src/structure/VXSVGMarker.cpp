@@ -273,6 +273,37 @@ void TSVGMarker::Draw(TSVGGraphicElement &Element, const TPointF &Point, float A
   InternalDraw(M, Canvas, R);
 }
 
+void TSVGMarker::GenerateMarker(TSVGGraphicElement &Element, int Position, const TPointF &P1, const TPointF &P2,
+                                const TPointF &P3, IVXHostControl *Control, const TMatrix &Matrix,
+                                TVXGPCanvas &Canvas, const TRectF &Rect, const TSVGControlElementEvent &Callback)
+{
+  // Position: 0 start, 1 mid, 2 end, as the marker walk of the shapes numbers them.
+  float Angle = 0;
+  const bool Placed = Position == 0 ? StartAngle(P1, P2, Angle)
+                                    : Position == 1 ? MidAngle(P1, P2, P3, Angle) : EndAngle(P1, P2, Angle);
+  if (Placed)
+    GenerateMarkerAt(Element, Position == 0 ? P1 : P2, Angle, Control, Matrix, Canvas, Rect, Callback);
+}
+
+void TSVGMarker::GenerateMarkerAt(TSVGGraphicElement &Element, const TPointF &Point, float Angle,
+                                  IVXHostControl *Control, const TMatrix &Matrix, TVXGPCanvas &Canvas,
+                                  const TRectF &Rect, const TSVGControlElementEvent &Callback)
+{
+  TStackScope Scope(ActiveMarkers, *this, MaxMarkerNesting);
+  if (!Scope.Entered() || IsCollapsed())
+    return;
+  TMatrix M = Matrix;
+  TRectF R = Rect;
+  ConvertToMarkerCoords(Point, Angle, M, Canvas, R);
+  FContext = &Element;
+  Reset();
+  struct TForgetContext {
+    TSVGGraphicElement *&Context;
+    ~TForgetContext() { Context = nullptr; }
+  } Forget{FContext};
+  GenerateChildControls(Control, VXMatrixMultiply(FMatrix, M), R, Callback);
+}
+
 bool TSVGMarker::IsCollapsed() const
 {
   return !(FMarkerWidth->GetValue() > 0) || !(FMarkerHeight->GetValue() > 0);

@@ -68,6 +68,14 @@ public:
   virtual void Draw(TSVGGraphicElement &Element, const TPointF &Point, float Angle, const TMatrix &Matrix,
                     TVXGPCanvas &Canvas, const TRectF &Rect);
   using TSVGCustomViewBox::Draw;
+  // Generates the contents' controls into Control where the Draw...Marker operations draw them.
+  void GenerateMarker(TSVGGraphicElement &Element, int Position, const TPointF &P1, const TPointF &P2,
+                      const TPointF &P3, IVXHostControl *Control, const TMatrix &Matrix, TVXGPCanvas &Canvas,
+                      const TRectF &Rect, const TSVGControlElementEvent &Callback);
+  // The same at Point turned by Angle (radians), as Draw places the contents.
+  void GenerateMarkerAt(TSVGGraphicElement &Element, const TPointF &Point, float Angle, IVXHostControl *Control,
+                        const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect,
+                        const TSVGControlElementEvent &Callback);
 
   // The turn of the marker at a vertex where the path runs at PathAngle (radians), as the standard
   // vertex rules give it: PathAngle when the orientation is automatic (reversed at the start for

@@ -7,6 +7,8 @@
 #include "tree/VXSVGDocument.h"
 #include "tree/VXSVGGraphicElement.h"
 
+#include <QImage>
+
 #include <cmath>
 #include <functional>
 #include <initializer_list>
@@ -311,6 +313,27 @@ bool FollowsStandardVertexRules(const TSVGGraphicElement &Element)
   return Element.FollowsStandardSVG();
 }
 
+void GenerateAll(TSVGGraphicElement &Element, const TVertices &V, const TVXPathData &Path, IVXHostControl *Control,
+                 const TMatrix &Matrix, const TRectF &Rect, const TSVGControlElementEvent &Callback)
+{
+  // Nothing is painted: the canvas carries the stroke width that markers scale by.
+  QImage Scratch(1, 1, QImage::Format_ARGB32_Premultiplied);
+  TVXGPCanvas Canvas(&Scratch);
+  if (FollowsStandardVertexRules(Element)) {
+    WalkStandardMarkers(Element, Path, Canvas, [&](TSVGMarker &Marker, const TPointF &Point, float Angle) {
+      Marker.GenerateMarkerAt(Element, Point, Angle, Control, Matrix, Canvas, Rect, Callback);
+      return false;
+    });
+    return;
+  }
+  WalkMarkers(Element, V, Canvas,
+              [&](TSVGMarker &Marker, TMarkerPosition Position, const TPointF &P1, const TPointF &P2,
+                  const TPointF &P3) {
+                Marker.GenerateMarker(Element, int(Position), P1, P2, P3, Control, Matrix, Canvas, Rect, Callback);
+                return false;
+              });
+}
+
 } // namespace
 
 void TSVGGraphicElement::DrawMarkers(const TVXPathData &Path, const TMatrix &Matrix, TVXGPCanvas &Canvas,
@@ -333,6 +356,18 @@ void TSVGGraphicElement::DrawMarkers(const TVXPoints &Points, const TMatrix &Mat
     return;
   }
   DrawAll(*this, TVertices(Points), Matrix, Canvas, Rect);
+}
+
+void TSVGGraphicElement::GenerateMarkers(const TVXPathData &Path, IVXHostControl *Control, const TMatrix &Matrix,
+                                         const TRectF &Rect, const TSVGControlElementEvent &Callback)
+{
+  GenerateAll(*this, TVertices(Path), Path, Control, Matrix, Rect, Callback);
+}
+
+void TSVGGraphicElement::GenerateMarkers(const TVXPoints &Points, IVXHostControl *Control, const TMatrix &Matrix,
+                                         const TRectF &Rect, const TSVGControlElementEvent &Callback)
+{
+  GenerateAll(*this, TVertices(Points), OpenPath(Points), Control, Matrix, Rect, Callback);
 }
 
 TSVGGraphicElement *TSVGGraphicElement::MarkersAtPos(const TVXPathData &Path, const TMatrix &Matrix,

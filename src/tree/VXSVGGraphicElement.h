@@ -260,6 +260,11 @@ public:
   // the path after the markers: those are painted then, with the canvas as the path left it.
   void DrawMarkers(const TVXPathData &Path, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
   void DrawMarkers(const TVXPoints &Points, const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);
+  // Generates the controls of the markers' contents into Control, placed as DrawMarkers draws them.
+  void GenerateMarkers(const TVXPathData &Path, IVXHostControl *Control, const TMatrix &Matrix, const TRectF &Rect,
+                       const TSVGControlElementEvent &Callback);
+  void GenerateMarkers(const TVXPoints &Points, IVXHostControl *Control, const TMatrix &Matrix, const TRectF &Rect,
+                       const TSVGControlElementEvent &Callback);
   // The element of marker contents under Point, asking the start, the mid and the end markers in
   // that order; nil when none is hit. The canvas is left as it was.
   virtual TSVGGraphicElement *MarkersAtPos(const TVXPathData &Path, const TMatrix &Matrix, TVXGPCanvas &Canvas,

@@ -135,6 +135,46 @@ TEST(GeneratedControls, SwitchAndUseGenerateWhatTheyDraw)
   EXPECT_EQ(Shot(Panel).pixel(25, 25), Red);
 }
 
+TEST(GeneratedControls, MarkersGenerateTheirContentsWhereTheyAreDrawn)
+{
+  TVXSVGDocument Document;
+  LoadText(Document, QStringLiteral("<svg xmlns='http://www.w3.org/2000/svg' width='40' height='40'>"
+                                    "<marker id='m' markerWidth='10' markerHeight='10' refX='5' refY='5' "
+                                    "markerUnits='userSpaceOnUse'><rect id='tip' width='10' height='10' "
+                                    "fill='#f00'/></marker><line id='line' x1='5' y1='20' x2='30' y2='20' "
+                                    "stroke='#00f' stroke-width='2' marker-end='url(#m)'/></svg>"));
+  TVXSVGPanel Panel;
+  Panel.resize(40, 40);
+  Panel.SetSVGDocument(&Document);
+  ASSERT_NE(Panel.FindControl(QStringLiteral("tip")), nullptr);
+  const QImage Image = Shot(Panel);
+  EXPECT_EQ(Image.pixel(33, 17), Red);  // the marker around the line's end
+  EXPECT_EQ(Image.pixel(12, 20), Blue); // the line
+}
+
+// Six levels of ten uses each would be a million controls; the uses past the reference budget
+// show nothing, in controls as in drawing.
+TEST(GeneratedControls, UseFanOutIsCutOff)
+{
+  QString Defs = QStringLiteral("<rect id='l0' width='1' height='1'/>");
+  for (int Level = 1; Level <= 6; ++Level) {
+    Defs += QStringLiteral("<g id='l%1'>").arg(Level);
+    for (int I = 0; I < 10; ++I)
+      Defs += QStringLiteral("<use xlink:href='#l%1'/>").arg(Level - 1);
+    Defs += QStringLiteral("</g>");
+  }
+  TVXSVGDocument Document;
+  LoadText(Document, QStringLiteral("<svg xmlns='http://www.w3.org/2000/svg' "
+                                    "xmlns:xlink='http://www.w3.org/1999/xlink' width='40' height='40'>"
+                                    "<defs>%1</defs><use xlink:href='#l6'/></svg>")
+                         .arg(Defs));
+  TVXSVGPanel Panel;
+  Panel.resize(40, 40);
+  Panel.SetSVGDocument(&Document);
+  EXPECT_GT(Panel.ComponentCount(), 100);
+  EXPECT_LT(Panel.ComponentCount(), 20000);
+}
+
 struct TStyleRow
 {
   const char *Attributes;

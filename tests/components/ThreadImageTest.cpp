@@ -112,6 +112,12 @@ TEST_F(ThreadImageTest, ShowsThePictureOnceTheJobsAreBackAndClicksFindItsElement
   ASSERT_TRUE(Settled());
   EXPECT_EQ(Pixel(2, 15), Transparent) << "the control's centred aspect ratio rules over the picture's none";
   EXPECT_EQ(Pixel(17, 15), Red);
+  TSVGOptions Standard = Image.Options();
+  Standard.Include(soStandardSVG);
+  Image.SetOptions(Standard);
+  ASSERT_TRUE(Settled());
+  EXPECT_EQ(Pixel(2, 15), Red) << "read as browsers read it, the picture keeps its own";
+  Image.SetOptions(DefaultSVGOptions);
   Image.DefaultAspectRatio().SetAlign(saNone);
   EXPECT_EQ(Image.Bitmap(), nullptr) << "the aspect ratio is read with the picture: it is loaded again";
   ASSERT_TRUE(Settled());

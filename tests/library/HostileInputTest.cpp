@@ -11,7 +11,6 @@
 
 #include <QBuffer>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -37,6 +36,16 @@ QString Svg(const QString &Body)
   return QString::fromLatin1(Root) + Body + QStringLiteral("</svg>");
 }
 
+// Milliseconds of processor time since construction: the limits hold on a busy, shared machine too.
+class TProcessorTimer
+{
+public:
+  qint64 ElapsedMs() const { return qint64(double(std::clock() - Start) * 1000 / CLOCKS_PER_SEC); }
+
+private:
+  std::clock_t Start = std::clock();
+};
+
 // What became of one picture: the exception's message when loading or using it failed, and the
 // saved text when it did not.
 struct TOutcome
@@ -52,8 +61,7 @@ struct TOutcome
 TOutcome ExerciseLoaded(const std::function<void(TSVGDocument &)> &Load)
 {
   TOutcome Result;
-  QElapsedTimer Timer;
-  Timer.start();
+  const TProcessorTimer Timer;
   try {
     TSVGDocument Document;
     Load(Document);
@@ -71,7 +79,7 @@ TOutcome ExerciseLoaded(const std::function<void(TSVGDocument &)> &Load)
     Result.Failed = true;
     Result.Message = E.Message();
   }
-  Result.Elapsed = Timer.elapsed();
+  Result.Elapsed = Timer.ElapsedMs();
   return Result;
 }
 
@@ -193,8 +201,7 @@ TEST(HostileXml, TruncatedAndGarbageInputFailsAndKeepsTheOldDocument)
 
   TSVGDocument Document;
   Document.LoadFromText(Svg(QStringLiteral("<rect id='kept' width='5' height='5'/>")));
-  QElapsedTimer Timer;
-  Timer.start();
+  const TProcessorTimer Timer;
   int Index = 0;
   for (const QByteArray &Input : Inputs) {
     SCOPED_TRACE(Index++);
@@ -204,7 +211,7 @@ TEST(HostileXml, TruncatedAndGarbageInputFailsAndKeepsTheOldDocument)
     EXPECT_THROW(Document.LoadFromStream(Buffer), Exception);
     EXPECT_NE(Document.AllItems().Elements(QStringLiteral("kept")), nullptr);
   }
-  EXPECT_LT(Timer.elapsed(), TimeLimitMs);
+  EXPECT_LT(Timer.ElapsedMs(), TimeLimitMs);
 }
 
 // --- references ----------------------------------------------------------------------------------
@@ -357,12 +364,11 @@ TEST(HostileValues, AMillionSegmentPathDraws)
   for (int I = 0; I < 500000; ++I)
     Data += QStringLiteral("l1 1l-1 0");
   TSVGDocument Document;
-  QElapsedTimer Timer;
-  Timer.start();
+  const TProcessorTimer Timer;
   Document.LoadFromText(Svg(QStringLiteral("<path id='p' fill='red' d='%1'/>").arg(Data)));
   TVXGPBitmap Bitmap(32, 32);
   DrawSVGToBitmap(Bitmap, &Document, 1, true);
-  EXPECT_LT(Timer.elapsed(), TimeLimitMs);
+  EXPECT_LT(Timer.ElapsedMs(), TimeLimitMs);
 }
 
 TEST(HostileValues, ATextOfManySpansLaysOutInLinearTime)
@@ -450,10 +456,9 @@ TEST(HostileFiles, NothingFromOutsideTheFolderShowsAndEverySaveLoadsAgain)
       SCOPED_TRACE(testing::Message() << Name << (Standard ? ", standard" : ", classic"));
       QTemporaryDir Folder;
       const QString File = vxtest::HostilePicture(Name).Make(QDir(Folder.path()));
-      const std::clock_t Start = std::clock();
+      const TProcessorTimer Timer;
       const TFileOutcome Outcome = ExerciseFile(File, Standard);
-      // Processor time, as the machine may be shared.
-      EXPECT_LT(double(std::clock() - Start) / CLOCKS_PER_SEC * 1000, TimeLimitMs);
+      EXPECT_LT(Timer.ElapsedMs(), TimeLimitMs);
       EXPECT_FALSE(vxtest::ShowsSecret(Outcome.Drawn));
       EXPECT_TRUE(Outcome.Saved == Outcome.SavedAgain) << Outcome.Saved.left(2000).toStdString();
       EXPECT_FALSE(QString::fromUtf8(Outcome.Saved).contains(NotFinite));
