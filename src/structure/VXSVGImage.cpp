@@ -386,7 +386,7 @@ bool TSVGImage::DrawStandardPicture(const TMatrix &Matrix, TVXGPCanvas &Canvas)
   Canvas.IntersectClip(R);
   Canvas.SetMatrix(Saved);
   if (FPicture) {
-    if (TSVGDrawScope::Charge(TSVGDrawScope::PictureCharge))
+    if (TSVGDrawScope::Charge(0, TSVGDrawScope::PictureRenderings))
       FPicture->Draw(Fit, Canvas, R);
     return true;
   }

@@ -277,12 +277,10 @@ int MatchCSSSelector(const TSVGElement &Self, const QString &Selector)
   return MatchesFrom(Compounds, Compounds.size() - 1, Self) ? Specificity(Compounds) : -1;
 }
 
-TSVGSelectorSubject CSSSelectorSubject(const QString &Selector)
+namespace {
+
+TSVGSelectorSubject CompoundSubject(const TCompound &Subject)
 {
-  std::vector<TCompound> Compounds;
-  if (!ReadSelector(Selector, Compounds))
-    return {TSVGSelectorSubject::Never, QString()};
-  const TCompound &Subject = Compounds.back();
   if (!Subject.Ids.isEmpty())
     return {TSVGSelectorSubject::Id, Subject.Ids.first()};
   if (!Subject.Classes.isEmpty())
@@ -290,6 +288,26 @@ TSVGSelectorSubject CSSSelectorSubject(const QString &Selector)
   if (!Subject.Type.isEmpty() && Subject.Type != QLatin1String("*"))
     return {TSVGSelectorSubject::Type, Subject.Type};
   return {};
+}
+
+} // namespace
+
+TSVGSelectorSubject CSSSelectorSubject(const QString &Selector)
+{
+  std::vector<TCompound> Compounds;
+  if (!ReadSelector(Selector, Compounds))
+    return {TSVGSelectorSubject::Never, QString()};
+  return CompoundSubject(Compounds.back());
+}
+
+TSVGSelectorSubject CSSSelectorAncestor(const QString &Selector)
+{
+  std::vector<TCompound> Compounds;
+  if (!ReadSelector(Selector, Compounds) || Compounds.size() < 2)
+    return {};
+  const char16_t Combinator = Compounds.back().Combinator;
+  return Combinator == u' ' || Combinator == u'>' ? CompoundSubject(Compounds[Compounds.size() - 2])
+                                                  : TSVGSelectorSubject{};
 }
 
 } // namespace vx

@@ -19,5 +19,8 @@ VX_EXPORT int MatchCSSSelector(const TSVGElement &Self, const QString &Selector)
 // What an element must carry for Selector to apply to it, read from the rightmost compound: its id,
 // else a class, else its type. A selector that cannot be read applies to none.
 VX_EXPORT TSVGSelectorSubject CSSSelectorSubject(const QString &Selector);
+// What an ancestor of the element must carry, read from the compound left of the rightmost when a
+// descendant or child combinator joins them ("g.a rect" needs an ancestor of class a); Any else.
+VX_EXPORT TSVGSelectorSubject CSSSelectorAncestor(const QString &Selector);
 
 } // namespace vx

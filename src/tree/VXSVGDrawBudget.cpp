@@ -1,21 +1,22 @@
 #include "tree/VXSVGDrawBudget.h"
 
-#include <algorithm>
-
 namespace vx {
 
 namespace {
 
 // How many draws are open on this thread, and what the outermost one has spent.
 thread_local int OpenDraws = 0;
+thread_local std::int64_t SpentRenderings = 0;
 thread_local std::int64_t SpentPixels = 0;
 
 } // namespace
 
 TSVGDrawScope::TSVGDrawScope()
 {
-  if (OpenDraws++ == 0)
+  if (OpenDraws++ == 0) {
+    SpentRenderings = 0;
     SpentPixels = 0;
+  }
 }
 
 TSVGDrawScope::~TSVGDrawScope()
@@ -23,22 +24,22 @@ TSVGDrawScope::~TSVGDrawScope()
   --OpenDraws;
 }
 
-bool TSVGDrawScope::Charge(std::int64_t Pixels)
+bool TSVGDrawScope::Charge(std::int64_t Pixels, std::int64_t Renderings)
 {
   if (OpenDraws == 0)
     return true;
-  const std::int64_t Cost = std::max(Pixels, MinCharge);
-  if (Cost > Budget - SpentPixels) {
-    SpentPixels = Budget;
+  if (Renderings > MaxRenderings - SpentRenderings || Pixels > MaxPixels - SpentPixels) {
+    SpentRenderings = MaxRenderings;
     return false;
   }
-  SpentPixels += Cost;
+  SpentRenderings += Renderings;
+  SpentPixels += Pixels;
   return true;
 }
 
 bool TSVGDrawScope::Spent()
 {
-  return OpenDraws > 0 && SpentPixels >= Budget;
+  return OpenDraws > 0 && SpentRenderings >= MaxRenderings;
 }
 
 } // namespace vx

@@ -5,6 +5,8 @@
 #include "tree/VXSVGSelectorMatch.h"
 #include "tree/VXSVGStyle.h"
 
+#include <QStringList>
+
 #include <algorithm>
 #include <memory>
 
@@ -12,11 +14,39 @@ namespace vx {
 
 namespace {
 
-// Class lists compare without regard to ASCII case unless told otherwise, so classes are filed in
-// lower case: the bucket then holds every rule that may match, and the matcher decides.
-QString ClassKey(const QString &Name)
+// The key of what a selector demands. Class lists compare without regard to ASCII case unless told
+// otherwise, so classes are filed in lower case: the bucket then holds every rule that may match,
+// and the matcher decides.
+QString SubjectKey(const TSVGSelectorSubject &Subject)
 {
-  return Name.toLower();
+  switch (Subject.Kind) {
+  case TSVGSelectorSubject::Id:
+    return QLatin1Char('#') + Subject.Name;
+  case TSVGSelectorSubject::Class:
+    return QLatin1Char('.') + Subject.Name.toLower();
+  case TSVGSelectorSubject::Type:
+    return QLatin1Char('<') + Subject.Name;
+  default:
+    return QString();
+  }
+}
+
+// The keys of everything Element carries.
+QStringList CarriedKeys(const TSVGElement &Element)
+{
+  QStringList Keys{SubjectKey({TSVGSelectorSubject::Id, Element.ID()})};
+  const TStrings &Classes = Element.Classes();
+  for (int I = 0; I < Classes.Count(); ++I)
+    Keys.append(SubjectKey({TSVGSelectorSubject::Class, Classes[I]}));
+  Keys.append(SubjectKey({TSVGSelectorSubject::Type, Element.SVGTypeName()}));
+  return Keys;
+}
+
+void Collect(const QHash<QString, std::vector<int>> &Buckets, const QString &Key, std::vector<int> &Into)
+{
+  const auto Found = Buckets.constFind(Key);
+  if (Found != Buckets.constEnd())
+    Into.insert(Into.end(), Found->begin(), Found->end());
 }
 
 // An open scope: its sheet, and its indexes built so far.
@@ -34,46 +64,45 @@ thread_local std::vector<TOpenScope> OpenScopes;
 
 TSVGRuleIndex::TSVGRuleIndex(const TSVGStyleTable &Sheet, TSVGRuleMatching Matching)
 {
+  const bool CSS = Matching == TSVGRuleMatching::CSS;
   for (const auto &Rule : Sheet) {
     const int Position = int(FRules.size());
     FRules.push_back(Rule.Value);
-    const TSVGSelectorSubject Subject = Matching == TSVGRuleMatching::CSS ? CSSSelectorSubject(Rule.Value->Name())
-                                                                          : SelectorSubject(Rule.Value->Name());
-    switch (Subject.Kind) {
-    case TSVGSelectorSubject::Any:
+    const QString &Selector = Rule.Value->Name();
+    const TSVGSelectorSubject Subject = CSS ? CSSSelectorSubject(Selector) : SelectorSubject(Selector);
+    if (Subject.Kind == TSVGSelectorSubject::Never)
+      continue;
+    if (Subject.Kind == TSVGSelectorSubject::Any) {
       FEverywhere.push_back(Position);
-      break;
-    case TSVGSelectorSubject::Never:
-      break;
-    case TSVGSelectorSubject::Id:
-      FById[Subject.Name].push_back(Position);
-      break;
-    case TSVGSelectorSubject::Class:
-      FByClass[ClassKey(Subject.Name)].push_back(Position);
-      break;
-    case TSVGSelectorSubject::Type:
-      FByType[Subject.Name].push_back(Position);
-      break;
+      continue;
     }
+    const QString Ancestor = CSS ? SubjectKey(CSSSelectorAncestor(Selector)) : QString();
+    if (Ancestor.isEmpty())
+      FBySubject[SubjectKey(Subject)].push_back(Position);
+    else
+      FBySubjectAndAncestor[SubjectKey(Subject)][Ancestor].push_back(Position);
   }
-}
-
-void TSVGRuleIndex::Collect(const QHash<QString, std::vector<int>> &Bucket, const QString &Key,
-                            std::vector<int> &Into) const
-{
-  const auto Found = Bucket.constFind(Key);
-  if (Found != Bucket.constEnd())
-    Into.insert(Into.end(), Found->begin(), Found->end());
 }
 
 std::vector<TSVGStyle *> TSVGRuleIndex::Candidates(const TSVGElement &Element) const
 {
   std::vector<int> Positions = FEverywhere;
-  Collect(FById, Element.ID(), Positions);
-  const TStrings &Classes = Element.Classes();
-  for (int I = 0; I < Classes.Count(); ++I)
-    Collect(FByClass, ClassKey(Classes[I]), Positions);
-  Collect(FByType, Element.SVGTypeName(), Positions);
+  QStringList AncestorKeys;
+  bool AncestorsRead = false;
+  for (const QString &Key : CarriedKeys(Element)) {
+    Collect(FBySubject, Key, Positions);
+    const auto Guarded = FBySubjectAndAncestor.constFind(Key);
+    if (Guarded == FBySubjectAndAncestor.constEnd())
+      continue;
+    if (!AncestorsRead) {
+      for (const TSVGElement *Parent = Element.Parent(); Parent; Parent = Parent->Parent())
+        AncestorKeys += CarriedKeys(*Parent);
+      AncestorKeys.removeDuplicates();
+      AncestorsRead = true;
+    }
+    for (const QString &Ancestor : AncestorKeys)
+      Collect(*Guarded, Ancestor, Positions);
+  }
   // A class named twice brings its rules twice.
   std::sort(Positions.begin(), Positions.end());
   Positions.erase(std::unique(Positions.begin(), Positions.end()), Positions.end());

@@ -27,10 +27,13 @@ public:
   std::vector<TSVGStyle *> Candidates(const TSVGElement &Element) const;
 
 private:
-  void Collect(const QHash<QString, std::vector<int>> &Bucket, const QString &Key, std::vector<int> &Into) const;
+  using TBuckets = QHash<QString, std::vector<int>>;
 
   std::vector<TSVGStyle *> FRules;
-  QHash<QString, std::vector<int>> FById, FByClass, FByType;
+  // Rules by what the element must carry, and, for those that also need something of an ancestor,
+  // by that too; the keys tell an id, a class and a type apart.
+  TBuckets FBySubject;
+  QHash<QString, TBuckets> FBySubjectAndAncestor;
   std::vector<int> FEverywhere;
 };
 

@@ -511,9 +511,10 @@ TEST(HostileCosts, FanOutsAndLongListsStayWithinTime)
     QStringLiteral("<style>") + Repeat(10000, [](int I) { return QStringLiteral(".c%1 { fill: red }").arg(I); }) +
         QStringLiteral("</style>") +
         Repeat(3000, [](int I) { return QStringLiteral("<rect class='c%1' width='1' height='1'/>").arg(I * 3); }),
+    // Ten thousand dashes in a pattern that a long path repeats a few hundred times.
     QStringLiteral("<path d='M0 0%1' fill='none' stroke='black' stroke-dasharray='%2'/>")
         .arg(Repeat(1000, [](int I) { return QStringLiteral(" L48 %1 L0 %2").arg(I * 0.048).arg(I * 0.048 + 0.024); }))
-        .arg(QStringLiteral("1 ").repeated(10001)),
+        .arg(QStringLiteral("0.001 ").repeated(10001)),
     Patterns,
     Layers,
     QStringLiteral("<linearGradient id='g'>") + QStringLiteral("<stop/>").repeated(1000000) +

@@ -217,6 +217,17 @@ TEST(HashTable, ChangesIndexedAccessAndUniqueNames)
     EXPECT_EQ(Names.GetUniqueName(QString::fromLatin1(C.Name), QStringLiteral("Copy")),
               QString::fromLatin1(C.Unique)) << C.Name;
   }
+  // Searches resume where the last one for the same name ended, until a copy is freed again.
+  TVXStringHashTable<int> Names;
+  Names.Add(QStringLiteral("a"), 0);
+  Names.Add(QStringLiteral("b"), 0);
+  for (int I = 0; I < 3; ++I)
+    Names.Add(Names.GetUniqueName(QStringLiteral("a"), QStringLiteral("Copy")), 0);
+  EXPECT_TRUE(Names.ContainsKey(QStringLiteral("a   Copy (2)")));
+  Names.Remove(QStringLiteral("b"));
+  EXPECT_EQ(Names.GetUniqueName(QStringLiteral("a"), QStringLiteral("Copy")), QStringLiteral("a    Copy (3)"));
+  Names.Remove(QStringLiteral("a Copy"));
+  EXPECT_EQ(Names.GetUniqueName(QStringLiteral("a"), QStringLiteral("Copy")), QStringLiteral("a Copy"));
 }
 
 TEST(HashTable, AssignFromTablesAndStringLists)
