@@ -6,6 +6,7 @@
 #include "raster/VXSVGRaster.h"
 
 #include <QActionGroup>
+#include <QBuffer>
 #include <QDockWidget>
 #include <QDragEnterEvent>
 #include <QDropEvent>
@@ -15,6 +16,7 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QProgressBar>
 #include <QScrollArea>
 #include <QStatusBar>
 #include <QTableWidget>
@@ -115,6 +117,7 @@ TViewerWindow::TViewerWindow(QWidget *Parent) : QMainWindow(Parent)
   addDockWidget(Qt::RightDockWidgetArea, AttributeDock);
 
   FDocument.OnChange = [this](TObject *) { RebuildTree(); };
+  CreateThreadImage();
   CreateMenus();
   SetStandardSVG(true);
   SetFitToWindow(true);
@@ -160,6 +163,63 @@ void TViewerWindow::CreateMenus()
   Standard->setCheckable(true);
   Standard->setChecked(true);
   connect(Standard, &QAction::toggled, this, &TViewerWindow::SetStandardSVG);
+  QAction *Background = View->addAction(QStringLiteral("Render in the &background"));
+  Background->setCheckable(true);
+  connect(Background, &QAction::toggled, this, &TViewerWindow::SetBackgroundRendering);
+}
+
+void TViewerWindow::CreateThreadImage()
+{
+  FThreadImage = new TVXSVGThreadImage(this);
+  FThreadImage->hide();
+  FThreadImage->SetCursorTracking(true);
+  // The control holds a copy of the picture: a click selects the element at the same place in the
+  // window's document.
+  FThreadImage->OnClickElement = [this](TObject *, TSVGGraphicElement *Element) {
+    if (Element)
+      SelectElement(ElementAtPath(FDocument.SVG(), PathOf(Element)));
+  };
+  FBusy = new QProgressBar;
+  FBusy->setRange(0, 0);
+  FBusy->setMaximumWidth(120);
+  FBusy->hide();
+  statusBar()->addPermanentWidget(FBusy);
+  FThreadImage->OnBusyChange = [this](TObject *) { FBusy->setVisible(FThreadImage->Busy()); };
+}
+
+bool TViewerWindow::BusyIndicatorShown() const
+{
+  return !FBusy->isHidden();
+}
+
+void TViewerWindow::SetBackgroundRendering(bool On)
+{
+  if (On == FBackground)
+    return;
+  FBackground = On;
+  QWidget *Shown = FScroll->takeWidget();
+  Shown->hide();
+  Shown->setParent(this);
+  FScroll->setWidget(On ? static_cast<QWidget *>(FThreadImage) : FScreen);
+  FScroll->widget()->show();
+  if (On)
+    FeedThreadImage();
+  UpdateScreenSize();
+}
+
+void TViewerWindow::FeedThreadImage()
+{
+  FThreadImage->SetOptions(FDocument.Options());
+  QBuffer Text;
+  Text.open(QIODevice::WriteOnly);
+  try {
+    FDocument.SVG().SaveToStream(Text);
+  } catch (const std::exception &Error) {
+    ShowError(QString::fromUtf8(Error.what()));
+  }
+  TStringList Lines;
+  Lines.SetText(QString::fromUtf8(Text.data()));
+  FThreadImage->SetLines(Lines);
 }
 
 bool TViewerWindow::OpenFile(const QString &FileName)
@@ -171,6 +231,12 @@ bool TViewerWindow::OpenFile(const QString &FileName)
     FDocument.Lines().Clear();
     FDocument.SetFilename(QString());
     FDocument.SetFilename(QFileInfo(FileName).absoluteFilePath());
+    if (FBackground) {
+      // By name, so that the pictures it links to are found beside it.
+      FThreadImage->SetOptions(FDocument.Options());
+      FThreadImage->SetFilename(QString());
+      FThreadImage->SetFilename(QFileInfo(FileName).absoluteFilePath());
+    }
   } catch (const std::exception &Error) {
     ShowError(QStringLiteral("%1: %2").arg(FileName, QString::fromUtf8(Error.what())));
     RebuildTree();
@@ -276,6 +342,7 @@ void TViewerWindow::UpdateScreenSize()
   const int W = Natural.cx > 0 ? int(std::lround(Natural.cx * FZoom)) : 300;
   const int H = Natural.cy > 0 ? int(std::lround(Natural.cy * FZoom)) : 150;
   FScreen->resize(std::clamp(W, 1, VXMaxBitmapSide), std::clamp(H, 1, VXMaxBitmapSide));
+  FThreadImage->resize(FScreen->size());
 }
 
 void TViewerWindow::RebuildTree()
@@ -388,6 +455,8 @@ void TViewerWindow::Reload(const std::function<void(TSVGElement *, const IXMLNod
     SVG.OnSavedElement = nullptr;
     SVG.LoadFromXML(Saved);
     FError->hide();
+    if (FBackground)
+      FeedThreadImage();
   } catch (const std::exception &Error) {
     SVG.OnSavedElement = nullptr;
     ShowError(QString::fromUtf8(Error.what()));

@@ -1,7 +1,9 @@
 #pragma once
 // The main window of vxsvg-view: the picture in a screen control, the element tree beside it and
 // the attributes of the selected element, which can be edited. Pictures are drawn the way browsers
-// draw them (soStandardSVG); a menu switch turns to the classic behaviour.
+// draw them (soStandardSVG); a menu switch turns to the classic behaviour. Another switch shows the
+// picture through a thread image control, loaded and rendered in the background, with a busy
+// indicator in the status bar while it works.
 #include "components/VXSVGCtrls.h"
 
 #include <QHash>
@@ -13,6 +15,7 @@
 
 class QActionGroup;
 class QLabel;
+class QProgressBar;
 class QScrollArea;
 class QTableWidget;
 class QTreeWidget;
@@ -31,9 +34,12 @@ public:
   void SetStandardSVG(bool On);
   void SetZoom(double Zoom);
   void SetFitToWindow(bool On);
+  void SetBackgroundRendering(bool On);
 
   TVXSVGDocument &Document() { return FDocument; }
   TVXSVGScreen &Screen() { return *FScreen; }
+  TVXSVGThreadImage &ThreadImage() { return *FThreadImage; }
+  bool BusyIndicatorShown() const;
   // The element chosen in the tree or by a click; nil when none.
   TSVGElement *SelectedElement() const;
   void SelectElement(TSVGElement *Element);
@@ -58,9 +64,15 @@ private:
   // loads it again, keeping the file name for relative references and the selection.
   void Reload(const std::function<void(TSVGElement *, const IXMLNode &)> &Edit);
   void UpdateScreenSize();
+  void CreateThreadImage();
+  // Gives the thread image the document as it stands, edits included.
+  void FeedThreadImage();
 
   TVXSVGDocument FDocument;
   TVXSVGScreen *FScreen;
+  TVXSVGThreadImage *FThreadImage = nullptr;
+  QProgressBar *FBusy = nullptr;
+  bool FBackground = false;
   QScrollArea *FScroll;
   QTreeWidget *FTree;
   QTableWidget *FAttributes;

@@ -4,8 +4,6 @@
 
 namespace vx {
 
-namespace {
-
 const QStringList OptionNames = {
   QStringLiteral("soSkipUnknownXML"), QStringLiteral("soUseLocaleForLanguage"), QStringLiteral("soEnforceUniqueID"),
   QStringLiteral("soApplyClipping"), QStringLiteral("soCompactExport"), QStringLiteral("soExportUnknownXML"),
@@ -22,8 +20,6 @@ const QStringList TextRenderingNames = {QStringLiteral("txrnNone"), QStringLiter
                                         QStringLiteral("txrnGeometricPrecision")};
 const QStringList ColorInterpolationNames = {QStringLiteral("sciNone"), QStringLiteral("sciAuto"),
                                              QStringLiteral("sciSRGB"), QStringLiteral("sciLinearRGB")};
-
-} // namespace
 
 TVXSVGDocument::TVXSVGDocument(TComponent *Owner) : TComponent(Owner)
 {

@@ -16,6 +16,13 @@ namespace vx {
 
 class TVXSVGDocument;
 
+// The value names of the published options and rendering defaults, in the order of the values.
+extern const QStringList OptionNames;
+extern const QStringList ShapeRenderingNames;
+extern const QStringList ColorRenderingNames;
+extern const QStringList TextRenderingNames;
+extern const QStringList ColorInterpolationNames;
+
 // A control that shows a document component. SVGChanged is called after every change of the
 // component's document; GetComponent is the viewer as a component (for free notification).
 class ISVGViewer

@@ -13,13 +13,13 @@
 
 namespace vx {
 
-namespace {
-
 const QStringList WrapModeNames = {QStringLiteral("iwOriginal"), QStringLiteral("iwFit"), QStringLiteral("iwStretch"),
                                    QStringLiteral("iwTile"), QStringLiteral("iwCenter")};
 const QStringList FindOptionNames = {QStringLiteral("foFindHiddenElements"), QStringLiteral("foFindGroups"),
                                      QStringLiteral("foFindNoRecursion"), QStringLiteral("foUseBoundingBox"),
                                      QStringLiteral("foFindNonFilled"), QStringLiteral("foFindDisabled")};
+
+namespace {
 
 bool IsIdentity(const TMatrix &M)
 {
@@ -33,8 +33,14 @@ TMatrix FitMatrix(const TSVGGraphicElement &Element, const TRectF &R)
   return dynamic_cast<const TSVGDocument *>(&Element) ? Element.GetViewMatrix(M, R) : M;
 }
 
-// Where DrawBitmapWrapped puts a bitmap of Width by Height in Rect (at the origin): a click must
-// find what the bitmap shows, which a fitted picture may show larger than a direct drawing would.
+// Folds a coordinate into the first tile.
+float IntoTile(float V, float Size)
+{
+  return Size > 0 ? V - std::trunc(V / Size) * Size : V;
+}
+
+} // namespace
+
 TRectF BitmapWrapRect(int Width, int Height, const TRectF &Rect, TSVGImageWrapMode WrapMode)
 {
   TRectF R{0, 0, float(Width), float(Height)};
@@ -52,13 +58,18 @@ TRectF BitmapWrapRect(int Width, int Height, const TRectF &Rect, TSVGImageWrapMo
   }
 }
 
-// Folds a coordinate into the first tile.
-float IntoTile(float V, float Size)
+TSVGGraphicElement *ElementAtWrapped(TSVGGraphicElement &Root, const TRectF &Placed, TPointF Point,
+                                     TSVGImageWrapMode WrapMode, TSVGFindOptions Options)
 {
-  return Size > 0 ? V - std::trunc(V / Size) * Size : V;
+  if (Placed.Width() <= 0 || Placed.Height() <= 0)
+    return nullptr;
+  if (WrapMode == iwTile)
+    Point = TPointF{IntoTile(Point.X, Placed.Width()), IntoTile(Point.Y, Placed.Height())};
+  // Nothing is painted: the canvas only carries the pen and the clip of the tests.
+  QImage Scratch(1, 1, QImage::Format_ARGB32_Premultiplied);
+  TVXGPCanvas Canvas(&Scratch);
+  return Root.ElementAtPos(FitMatrix(Root, Placed), Canvas, Point, Placed, Options);
 }
-
-} // namespace
 
 template <typename TBase>
 TVXSVGCustomImage<TBase>::TVXSVGCustomImage(QWidget *Parent, TComponent *Owner) : TBase(Parent, Owner)
@@ -336,18 +347,11 @@ TSVGGraphicElement *TVXSVGCustomImage<TBase>::ElementAt(int X, int Y)
   } else {
     G = GetWrapModeRect(FSVGRoot, R, FWrapMode, FScaleOriginal);
   }
-  if (G.Width() <= 0 || G.Height() <= 0)
-    return nullptr;
   TPointF P{float(X), float(Y)};
   const TMatrix M = GetAbsoluteMatrix();
   if (!IsIdentity(M))
     P = VXMatrixTransformPoint(P, VXMatrixInvert(M));
-  if (FWrapMode == iwTile)
-    P = TPointF{IntoTile(P.X, G.Width()), IntoTile(P.Y, G.Height())};
-  // Nothing is painted: the canvas only carries the pen and the clip of the tests.
-  QImage Scratch(1, 1, QImage::Format_ARGB32_Premultiplied);
-  TVXGPCanvas Canvas(&Scratch);
-  return FSVGRoot->ElementAtPos(FitMatrix(*FSVGRoot, G), Canvas, P, G, FFindOptions);
+  return ElementAtWrapped(*FSVGRoot, G, P, FWrapMode, FFindOptions);
 }
 
 template <typename TBase>

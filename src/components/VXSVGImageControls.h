@@ -20,6 +20,17 @@ class TVXGPCanvas;
 
 using TSVGElementClickEvent = std::function<void(TObject *Sender, TSVGGraphicElement *Element)>;
 
+// The value names of the published wrap mode and find options, in the order of the values.
+extern const QStringList WrapModeNames;
+extern const QStringList FindOptionNames;
+
+// Where DrawBitmapWrapped puts a bitmap of Width by Height in Rect (at the origin): a click must
+// find what the bitmap shows, which a fitted picture may show larger than a direct drawing would.
+TRectF BitmapWrapRect(int Width, int Height, const TRectF &Rect, TSVGImageWrapMode WrapMode);
+// The element of Root under Point when Root is shown in Placed (the first tile for iwTile).
+TSVGGraphicElement *ElementAtWrapped(TSVGGraphicElement &Root, const TRectF &Placed, TPointF Point,
+                                     TSVGImageWrapMode WrapMode, TSVGFindOptions Options);
+
 // The common body of the two controls over the control base TBase (transparent or coloured).
 template <typename TBase>
 class TVXSVGCustomImage : public TBase, public ISVGViewer, public IVXMatrixProvider

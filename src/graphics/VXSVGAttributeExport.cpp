@@ -50,7 +50,10 @@ void TSVGGraphicElement::SaveColorStyleProperty(const IXMLNode &Node, TSVGStyleP
                                                 TVXGPBrushKind Kind, TVXGPColor Color, const QString &URI) const
 {
   QString Text;
-  if (Kind == bkNone)
+  // Under the standard rules a reference without a fallback paints nothing until its paint server
+  // takes over at drawing time; it is still the reference that was read, and a save keeps it.
+  const bool ReferenceWithoutFallback = FollowsStandardSVG() && !URI.isEmpty();
+  if (Kind == bkNone && !ReferenceWithoutFallback)
     Text = QStringLiteral("none");
   else if (!URI.isEmpty())
     Text = Format(QStringLiteral("url(#%s)"), {URI});

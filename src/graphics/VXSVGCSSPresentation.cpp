@@ -5,6 +5,7 @@
 #include "tree/VXSVGCustomViewBox.h"
 #include "tree/VXSVGDocument.h"
 #include "tree/VXSVGGraphicElement.h"
+#include "tree/VXSVGRuleIndex.h"
 #include "values/VXSVGTransforms.h"
 #include "values/VXSVGNumbers.h"
 
@@ -75,10 +76,10 @@ void TSVGGraphicElement::ApplyCascadedStyles(const TVXStringObjectHashTable<TSVG
 {
   std::vector<std::pair<std::pair<int, int>, const TSVGStyle *>> Rules;
   if (Sheet)
-    for (const auto &Rule : *Sheet) {
-      const int Weight = Rule.Value->Enabled() ? MatchCSSSelector(*this, Rule.Value->Name()) : -1;
+    for (const TSVGStyle *Rule : CandidateRules(*this, *Sheet, TSVGRuleMatching::CSS)) {
+      const int Weight = Rule->Enabled() ? MatchCSSSelector(*this, Rule->Name()) : -1;
       if (Weight > -1)
-        Rules.push_back({{Weight, Rule.Value->Order()}, Rule.Value});
+        Rules.push_back({{Weight, Rule->Order()}, Rule});
     }
   std::sort(Rules.begin(), Rules.end(), [](const auto &A, const auto &B) { return A.first < B.first; });
   // The element's own style holds its attributes, and the style attribute's text under "style".

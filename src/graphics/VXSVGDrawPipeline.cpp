@@ -3,6 +3,7 @@
 #include "platform/geometry/VXPathData.h"
 #include "platform/vectorkit/VXGPCanvas.h"
 #include "tree/VXSVGDocument.h"
+#include "tree/VXSVGDrawBudget.h"
 #include "tree/VXSVGGraphicElement.h"
 #include "values/VXSVGColors.h"
 
@@ -79,6 +80,7 @@ void TSVGGraphicElement::Draw(TVXGPCanvas &Canvas, const TRectF &Rect)
 
 void TSVGGraphicElement::Draw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)
 {
+  const TSVGDrawScope Scope;
   if (ShouldDraw() && !DrawnThroughMask(Matrix, Canvas, Rect))
     InternalDraw(Matrix, Canvas, Rect);
 }

@@ -5,6 +5,7 @@
 // part gets a folded layer, which costs no raster. In the documented mode there are no layers: the
 // opacities up the parents are multiplied into every paint (GetAbsoluteOpacity).
 #include "platform/rtl/VXSysUtils.h"
+#include "tree/VXSVGDrawBudget.h"
 #include "tree/VXSVGGraphicElement.h"
 
 #include <array>
@@ -100,7 +101,14 @@ std::unique_ptr<TVXGPLayer> TSVGGraphicElement::OpenLayer(TVXGPCanvas &Canvas) c
   if (Opacity >= 1 && !Composes)
     return nullptr;
   const bool Offscreen = Composes || (Opacity > 0 && HasSeveralPaintedParts());
-  return std::make_unique<TVXGPLayer>(Canvas, Opacity, Offscreen);
+  auto Layer = std::make_unique<TVXGPLayer>(Canvas, Opacity, Offscreen && !TSVGDrawScope::Spent());
+  // The layer that passes the draw's budget gives its raster back and is folded, like all after it.
+  if (Layer->IsOffscreen() &&
+      !TSVGDrawScope::Charge(std::int64_t(Layer->Pixels().width()) * Layer->Pixels().height())) {
+    Layer.reset();
+    Layer = std::make_unique<TVXGPLayer>(Canvas, Opacity, false);
+  }
+  return Layer;
 }
 
 void TSVGGraphicElement::CompositeLayer(TVXGPLayer *Layer) const

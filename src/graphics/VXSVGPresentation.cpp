@@ -5,6 +5,7 @@
 #include "platform/common/VXPriorityList.h"
 #include "tree/VXSVGDocument.h"
 #include "tree/VXSVGGraphicElement.h"
+#include "tree/VXSVGRuleIndex.h"
 #include "tree/VXSVGSelectorMatch.h"
 #include "values/VXSVGAttributes.h"
 #include "values/VXSVGColors.h"
@@ -59,12 +60,12 @@ void TSVGGraphicElement::ApplyMatchingStyles(const TVXStringObjectHashTable<TSVG
   TPriorityList Styles;
   Styles.Add(&FStyle, InlineStylePriority);
   if (Sheet) {
-    for (const auto &Rule : *Sheet) {
-      if (!Rule.Value->Enabled())
+    for (TSVGStyle *Rule : CandidateRules(*this, *Sheet, TSVGRuleMatching::Documented)) {
+      if (!Rule->Enabled())
         continue;
-      const int Priority = MatchSelector(*this, Rule.Value->Name());
+      const int Priority = MatchSelector(*this, Rule->Name());
       if (Priority > -1)
-        Styles.Add(Rule.Value, Priority);
+        Styles.Add(Rule, Priority);
     }
   }
   for (int I = 0; I < Styles.Count(); ++I)

@@ -36,6 +36,8 @@ public:
   TVXGPPath *GetShape() override;
 
 protected:
+  // A path control first receives the geometry into its path data; then the inherited copy.
+  void AssignTo(TPersistent *Dest) const override;
   void DoLoadFromXML(const IXMLNode &Node) override;
   void DoSaveToXML(const IXMLNode &Node) override;
   bool DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect) override;
@@ -54,6 +56,8 @@ public:
   TVXGPPath *GetShape() override;
 
 protected:
+  // A path control first receives the geometry into its path data; then the inherited copy.
+  void AssignTo(TPersistent *Dest) const override;
   void DoLoadFromXML(const IXMLNode &Node) override;
   void DoSaveToXML(const IXMLNode &Node) override;
   bool DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect) override;
@@ -82,6 +86,8 @@ public:
   void Clear() override;
 
 protected:
+  // A path control first receives the geometry into its path data; then the inherited copy.
+  void AssignTo(TPersistent *Dest) const override;
   // "x", "y", "width" and "height" are read by the base; this reads the radii.
   void DoLoadFromXML(const IXMLNode &Node) override;
   void DoSaveToXML(const IXMLNode &Node) override;
@@ -115,6 +121,8 @@ public:
   TVXGPPath *GetShape() override;
 
 protected:
+  // A path control first receives the geometry into its path data; then the inherited copy.
+  void AssignTo(TPersistent *Dest) const override;
   void DoLoadFromXML(const IXMLNode &Node) override;
   void DoSaveToXML(const IXMLNode &Node) override;
   // A line is hit on its stroke alone: its box is flat when it is horizontal or vertical.
@@ -155,6 +163,8 @@ public:
   void Clear() override;
 
 protected:
+  // A path control first receives the geometry into its path data; then the inherited copy.
+  void AssignTo(TPersistent *Dest) const override;
   void DoLoadFromXML(const IXMLNode &Node) override;
   void DoSaveToXML(const IXMLNode &Node) override;
   bool DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect) override;

@@ -5,6 +5,9 @@
 #include "values/VXSVGAttributes.h"
 #include "values/VXSVGNumbers.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace vx {
 
 VX_SVG_ELEMENT_CLASS_INFO(TSVGPath)
@@ -18,7 +21,10 @@ const TSVGClassRegistration PathRegistration(etPath, TSVGPath::ClassInfo());
 TSVGPath::TSVGPath(TSVGDocument *Owner) : TSVGGraphicElement(Owner)
 {
   // A change of the data reaches the element and its shape cache like a change of its paints.
-  FData.OnChange = [this](TVXPathData *) { PropagateObjectPropChange(nullptr); };
+  FData.OnChange = [this](TVXPathData *) {
+    FSourceText.clear();
+    PropagateObjectPropChange(nullptr);
+  };
 }
 
 TRectF TSVGPath::GetBoundsRect() const
@@ -55,8 +61,10 @@ double TSVGPath::GetLengthRatio()
 
 void TSVGPath::AssignProperties(const TSVGElement *Source)
 {
-  if (const auto *Path = dynamic_cast<const TSVGPath *>(Source))
+  if (const auto *Path = dynamic_cast<const TSVGPath *>(Source)) {
     SetData(Path->FData);
+    FSourceText = Path->FSourceText;
+  }
   TSVGGraphicElement::AssignProperties(Source);
 }
 
@@ -71,7 +79,9 @@ void TSVGPath::Clear()
 void TSVGPath::DoLoadFromXML(const IXMLNode &Node)
 {
   TSVGGraphicElement::DoLoadFromXML(Node);
-  FData.SetPathString(ParseAttrString(Node, QStringLiteral("d")));
+  const QString Text = ParseAttrString(Node, QStringLiteral("d"));
+  FData.SetPathString(Text);
+  FSourceText = Text;
   bool IsInherited = false;
   FPathLength = ParseNumber(ParseAttrString(Node, QStringLiteral("pathLength")), -1.0f, IsInherited);
 }
@@ -90,13 +100,24 @@ bool TSVGPath::DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const 
 
 namespace vx {
 
+bool TSVGPath::WritesSourceText() const
+{
+  if (FSourceText.isEmpty())
+    return false;
+  if (FSourceText.contains(u'a') || FSourceText.contains(u'A'))
+    return true;
+  const auto &Points = FData.Points();
+  return std::any_of(Points.begin(), Points.end(),
+                     [](const TVXPathPoint &P) { return !std::isfinite(P.Point.X) || !std::isfinite(P.Point.Y); });
+}
+
 void TSVGPath::DoSaveToXML(const IXMLNode &Node)
 {
   TSVGGraphicElement::DoSaveToXML(Node);
   if (FData.GetCount() > 0) {
     if (GetOwner())
       FData.SetFormatStr(GetOwner()->FormatStr());
-    SaveAttrString(Node, QStringLiteral("d"), FData.GetPathString(), false, true);
+    SaveAttrString(Node, QStringLiteral("d"), WritesSourceText() ? FSourceText : FData.GetPathString(), false, true);
   }
   if (FPathLength != -1.0)
     SaveAttrString(Node, QStringLiteral("pathLength"), FormatFloat(FData.GetFormatStr(), FPathLength), false, true);

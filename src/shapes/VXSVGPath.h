@@ -34,6 +34,8 @@ public:
   void Clear() override;
 
 protected:
+  // A path control first receives the geometry into its path data; then the inherited copy.
+  void AssignTo(TPersistent *Dest) const override;
   void DoLoadFromXML(const IXMLNode &Node) override;
   // Writes "d" (when there are points) and a measured or given "pathLength".
   void DoSaveToXML(const IXMLNode &Node) override;
@@ -47,6 +49,16 @@ protected:
   TVXPathData FData;
   // -1 while no length was given or measured.
   double FPathLength = -1.0;
+
+private:
+  // Whether the "d" text as read is written back instead of the printed form of the data: only
+  // while the data is unchanged since it was read, and when the text holds an arc (printed, each
+  // becomes up to four curves: a long path would grow several times, past what the XML parser
+  // reads) or the data holds a number that is not finite (which would not read again).
+  bool WritesSourceText() const;
+
+  // The "d" text as read; emptied by any change of the data.
+  QString FSourceText;
 };
 
 } // namespace vx

@@ -189,6 +189,8 @@ int TSVGCustomGradient::ReadChild(const IXMLNode &Node)
 {
   if (GetSVGElementType(Node.LocalName()) != etGradientStop)
     return TSVGGraphicElement::ReadChild(Node);
+  if (FItems.Count() >= MaxLoadedStops)
+    return -1;
   auto *Stop = new TSVGGradientStop(GetOwner());
   try {
     return FItems.Add(Stop);

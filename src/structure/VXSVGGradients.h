@@ -29,6 +29,11 @@ using TSVGGradientAttributes = TSet<TSVGGradientAttribute, std::uint16_t>;
 class TSVGCustomGradient : public TSVGGraphicElement
 {
 public:
+  // The stops a gradient reads from a file; later ones are passed over. A stop is a whole element,
+  // and no device shows more colour steps than this across a gradient, so a file of a million stops
+  // costs what a thousand do.
+  static constexpr int MaxLoadedStops = 1024;
+
   explicit TSVGCustomGradient(TSVGDocument *Owner);
   ~TSVGCustomGradient() override;
 

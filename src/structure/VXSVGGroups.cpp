@@ -46,4 +46,11 @@ void TSVGSwitch::DrawChildren(const TMatrix &Matrix, TVXGPCanvas &Canvas, const 
     Child->Draw(Matrix, Canvas, Rect);
 }
 
+void TSVGSwitch::GenerateChildControls(IVXHostControl *Parent, const TMatrix &Matrix, const TRectF &Rect,
+                                       const TSVGControlElementEvent &Callback)
+{
+  if (TSVGGraphicElement *Child = SelectedChild())
+    Child->GenerateControls(Parent, Matrix, Rect, Callback);
+}
+
 } // namespace vx

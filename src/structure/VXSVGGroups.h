@@ -41,6 +41,9 @@ public:
   TSVGElementTypes ChildSVGTypes() const override;
   // The conditions of the switch itself; its visibility is not asked, the chosen child answers for its own.
   bool DoShouldDraw() const override;
+  // Generates the controls of the child that would be drawn, and of no other.
+  void GenerateChildControls(IVXHostControl *Parent, const TMatrix &Matrix, const TRectF &Rect,
+                             const TSVGControlElementEvent &Callback) override;
 
 protected:
   // Draws the first graphic child whose conditions hold, and nothing else.

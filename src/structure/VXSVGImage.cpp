@@ -4,15 +4,14 @@
 #include "platform/vectorkit/VXGPBitmap.h"
 #include "platform/vectorkit/VXGPCanvas.h"
 #include "tree/VXSVGDocument.h"
+#include "tree/VXSVGDrawBudget.h"
 #include "values/VXSVGAttributes.h"
 #include "values/VXSVGCompressed.h"
 #include "values/VXSVGDataURI.h"
 
 #include <QBuffer>
-#include <QDir>
-#include <QFile>
 #include <QFileInfo>
-#include <QUrl>
+#include <QImageReader>
 
 #include <algorithm>
 #include <vector>
@@ -47,6 +46,19 @@ private:
   std::size_t FCount;
 };
 
+// Pictures loaded inside the outermost picture being loaded on this thread.
+thread_local int NestedPictures = 0;
+
+// Counts one more picture; false once the outermost picture has used up its allowance.
+bool WithinPictureBudget()
+{
+  if (LoadingPictures.empty()) {
+    NestedPictures = 0;
+    return true;
+  }
+  return ++NestedPictures <= TSVGImage::MaxNestedPictures;
+}
+
 // Whether loading the picture Name from a document of file Holder would repeat a file that is being
 // loaded (the holder's own included), or nest too deep.
 bool IsRecursiveLoad(const QString &Holder, const QString &Name)
@@ -74,7 +86,10 @@ bool LooksLikeMarkup(const QByteArray &Data)
 
 TSVGImage::TSVGImage(TSVGDocument *Owner) : TSVGCustomViewBox(Owner, saXMidYMid) {}
 
-TSVGImage::~TSVGImage() = default;
+TSVGImage::~TSVGImage()
+{
+  ReleaseRaster();
+}
 
 void TSVGImage::SetReference(const QString &Value)
 {
@@ -95,16 +110,53 @@ TVXGPBitmap &TSVGImage::EnsureBitmap()
 void TSVGImage::LoadImage()
 {
   FPicture.reset();
+  ReleaseRaster();
   if (StartsText(QStringLiteral("data:"), FReference)) {
     LoadDataURI();
-    return;
+  } else {
+    QString FileName;
+    QByteArray Data;
+    if (ReadReferencedFile(FileName, Data))
+      LoadFile(FileName, Data);
+    else
+      FBitmap.reset();
   }
-  const QString FileName = ResolveFileName();
-  if (FileName.isEmpty()) {
+  ChargeRaster();
+}
+
+TSVGRasterBudget *TSVGImage::Budget() const
+{
+  return GetOwner() ? &GetOwner()->RasterBudget() : nullptr;
+}
+
+bool TSVGImage::RasterFits(int Width, int Height) const
+{
+  TSVGRasterBudget *Target = Budget();
+  const qint64 Bytes = qint64(std::max(Width, 0)) * std::max(Height, 0) * 4;
+  if (!Target || !Target->Charge(Bytes))
+    return !Target;
+  Target->Release(Bytes);
+  return true;
+}
+
+void TSVGImage::ChargeRaster()
+{
+  TSVGRasterBudget *Target = Budget();
+  if (!Target || !FBitmap)
+    return;
+  const qint64 Bytes = qint64(FBitmap->GetWidth()) * FBitmap->GetHeight() * 4;
+  // A bitmap whose size was not known before it was decoded is dropped here: a skipped reference.
+  if (Target->Charge(Bytes))
+    FCharged = Bytes;
+  else
     FBitmap.reset();
-    return;
-  }
-  LoadFile(FileName);
+}
+
+void TSVGImage::ReleaseRaster()
+{
+  if (TSVGRasterBudget *Target = Budget())
+    Target->Release(FCharged);
+  FCharged = 0;
 }
 
 void TSVGImage::LoadDataURI()
@@ -113,7 +165,7 @@ void TSVGImage::LoadDataURI()
   // A picture that cannot be decoded leaves the bitmap as far as it got: the element draws what it has.
   try {
     TSVGDataURI Parts;
-    ParseDataURI(FReference, Parts);
+    const bool Parsed = ParseDataURI(FReference, Parts);
     if (PicturesFollowStandard()) {
       const QByteArray Data = Parts.IsBase64 ? DecodeBase64Payload(Parts.Payload)
                                              : QByteArray::fromPercentEncoding(Parts.Payload.toUtf8());
@@ -122,95 +174,103 @@ void TSVGImage::LoadDataURI()
     }
     if (IsBase64Image(Parts, QStringLiteral("svg+xml")))
       LoadSVG(QString(), DecodeBase64Payload(Parts.Payload));
-    else
-      LoadBitmapFromDataURI(FReference, Target);
+    else if (Parsed && IsBase64Image(Parts))
+      LoadRaster(DecodeBase64Payload(Parts.Payload), Target);
   } catch (...) {
   }
 }
 
-QString TSVGImage::ResolveFileName() const
+bool TSVGImage::ReadReferencedFile(QString &FileName, QByteArray &Data) const
 {
-  QString Name = FReference;
-  if (StartsText(QStringLiteral("file:"), Name))
-    Name = QUrl(Name).toLocalFile();
-  if (Name.isEmpty())
-    return QString();
-  const QFileInfo Info(Name);
-  if (Info.isRelative() && GetOwner() && !GetOwner()->FileName().isEmpty()) {
-    const QFileInfo Beside(QFileInfo(GetOwner()->FileName()).dir(), Name);
-    if (Beside.isFile())
-      return Beside.filePath();
-  }
-  return Info.isFile() ? Info.filePath() : QString();
+  const TSVGDocument *Owner = GetOwner();
+  if (!Owner || FReference.isEmpty())
+    return false;
+  FileName = Owner->FilePolicy().Resolve(FReference, Owner->Folder());
+  return !FileName.isEmpty() && Owner->FilePolicy().Read(FileName, Data);
 }
 
-void TSVGImage::LoadFile(const QString &FileName)
+void TSVGImage::LoadFile(const QString &FileName, const QByteArray &Data)
 {
   TVXGPBitmap &Target = EnsureBitmap();
   // Nothing of a broken file escapes; the bitmap keeps what it held.
   try {
     if (PicturesFollowStandard()) {
-      QFile File(FileName);
-      if (!File.open(QIODevice::ReadOnly) || File.size() > SVGMaxInflatedSize)
-        return;
       const QString Suffix = QFileInfo(FileName).suffix().toLower();
-      LoadPicture(FileName, File.readAll(), Suffix == QLatin1String("svg") || Suffix == QLatin1String("svgz"));
+      LoadPicture(FileName, Data, Suffix == QLatin1String("svg") || Suffix == QLatin1String("svgz"));
       return;
     }
     // Only the exact extension ".svg" makes a document; anything else must be a bitmap.
     if (QFileInfo(FileName).suffix() == QLatin1String("svg"))
-      LoadSVG(FileName, QByteArray());
+      LoadSVG(FileName, Data);
     else
-      LoadRasterImageFile(FileName, Target);
+      LoadRaster(Data, Target);
   } catch (...) {
   }
 }
 
+void TSVGImage::LoadRaster(const QByteArray &Data, TVXGPBitmap &Target)
+{
+  QBuffer Buffer;
+  Buffer.setData(Data);
+  Buffer.open(QIODevice::ReadOnly);
+  const QSize Size = QImageReader(&Buffer).size();
+  // Over the budget the reference is skipped before a pixel is decoded.
+  if (Size.isValid() && !RasterFits(Size.width(), Size.height())) {
+    FBitmap.reset();
+    return;
+  }
+  LoadRasterImage(Data, Target);
+}
+
 void TSVGImage::LoadPicture(const QString &Name, const QByteArray &Data, bool DeclaredSVG)
 {
-  const bool Compressed = IsGzipData(Data);
-  const QByteArray Bytes = Compressed ? InflateGzip(Data) : Data;
+  const QByteArray Bytes = IsGzipData(Data) ? InflateGzip(Data) : Data;
   if (!DeclaredSVG && !LooksLikeMarkup(Bytes)) {
-    LoadRasterImage(Bytes, EnsureBitmap());
+    LoadRaster(Bytes, EnsureBitmap());
     return;
   }
   FBitmap.reset();
-  // A plain file is loaded by name, so that the pictures it names are found beside it.
-  if (!Name.isEmpty() && !Compressed)
-    LoadSVG(Name, QByteArray());
-  else
-    LoadSVG(Name.isEmpty() ? QString() : Name, Bytes);
+  LoadSVG(Name, Bytes);
 }
 
 void TSVGImage::LoadSVG(const QString &FileName, const QByteArray &Data)
 {
   const QString Name = FileName.isEmpty() ? QString() : QFileInfo(FileName).canonicalFilePath();
-  const TSVGDocument *Owner = GetOwner();
+  TSVGDocument *Owner = GetOwner();
   const QString Holder = Owner && !Owner->FileName().isEmpty() ? QFileInfo(Owner->FileName()).canonicalFilePath()
                                                                 : QString();
-  if (IsRecursiveLoad(Holder, Name))
+  if (IsRecursiveLoad(Holder, Name) || !WithinPictureBudget())
     return;
   TLoadingScope Scope(Holder, Name);
   auto Loaded = std::make_unique<TSVGDocument>();
   TSVGDocument &Picture = *Loaded;
   if (PicturesFollowStandard())
     Picture.SetOptions(GetOptions());
-  if (!Data.isEmpty() || FileName.isEmpty()) {
-    QBuffer Buffer;
-    Buffer.setData(Data);
-    Buffer.open(QIODevice::ReadOnly);
-    Picture.LoadFromStream(Buffer);
-  } else {
-    Picture.LoadFromFile(FileName);
+  // The picture may name what its holder may, and the files of its holder's folder.
+  if (Owner) {
+    Picture.FilePolicy() = Owner->FilePolicy();
+    if (!Owner->Folder().isEmpty())
+      Picture.FilePolicy().AllowFolder(Owner->Folder());
+    Picture.RasterBudget().DrawOn(&Owner->RasterBudget());
   }
+  QBuffer Buffer;
+  Buffer.setData(Data);
+  Buffer.open(QIODevice::ReadOnly);
+  Picture.LoadFromStream(Buffer, FileName);
   if (PicturesFollowStandard()) {
     FPicture = std::move(Loaded);
     return;
   }
   const TSVGViewBox &Box = Picture.IsViewBoxSpecified() ? Picture.ViewBox() : FViewBox;
   const TRectF R = VXRect(0, 0, Box.Width()->GetValue(), Box.Height()->GetValue());
+  const int Width = BitmapSide(VXRectWidth(R));
+  const int Height = BitmapSide(VXRectHeight(R));
+  if (!RasterFits(Width, Height)) {
+    FBitmap.reset();
+    return;
+  }
   TVXGPBitmap &Target = EnsureBitmap();
-  Target.SetSize(BitmapSide(VXRectWidth(R)), BitmapSide(VXRectHeight(R)));
+  Target.SetSize(Width, Height);
   TVXGPCanvas &Canvas = Target.GetCanvas();
   Canvas.Clear(0);
   Canvas.TrySmoothingMode(VXSmoothingModeHighQuality);
@@ -253,6 +313,7 @@ TRectF TSVGImage::Align(const TRectF &Rect) const
 
 void TSVGImage::Draw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)
 {
+  const TSVGDrawScope Scope;
   if (!ShouldDraw() || DrawnThroughMask(Matrix, Canvas, Rect))
     return;
   TVXGPCanvasStateGuard Guard(Canvas);
@@ -325,7 +386,8 @@ bool TSVGImage::DrawStandardPicture(const TMatrix &Matrix, TVXGPCanvas &Canvas)
   Canvas.IntersectClip(R);
   Canvas.SetMatrix(Saved);
   if (FPicture) {
-    FPicture->Draw(Fit, Canvas, R);
+    if (TSVGDrawScope::Charge(TSVGDrawScope::PictureCharge))
+      FPicture->Draw(Fit, Canvas, R);
     return true;
   }
   Canvas.SetMatrix(VXMatrixMultiply(Fit, Saved));
@@ -378,8 +440,11 @@ void TSVGImage::AssignProperties(const TSVGElement *Source)
 {
   if (const auto *Image = dynamic_cast<const TSVGImage *>(Source)) {
     FReference = Image->FReference;
-    if (Image->FBitmap)
+    if (Image->FBitmap) {
+      ReleaseRaster();
       EnsureBitmap().Assign(Image->FBitmap.get());
+      ChargeRaster();
+    }
     // A document is not copied: the copy loads its own.
     if (Image->FPicture)
       LoadImage();
@@ -392,6 +457,7 @@ void TSVGImage::Clear()
   TSVGUpdateGuard Guard(*this);
   TSVGCustomViewBox::Clear();
   FReference.clear();
+  ReleaseRaster();
   FBitmap.reset();
 }
 

@@ -5,11 +5,12 @@
 // that goes wrong while loading escapes: a missing or broken picture leaves no bitmap (or what the
 // bitmap already held) and the element draws nothing.
 //
-// Relative file names are looked up in the folder of the owner document's file first, then in the
-// working folder. An SVG file is loaded into a private document and rendered at its view box size;
-// a picture that would repeat itself inside itself, directly or through other files, is skipped
-// where the repetition is first met (that image draws nothing), and nesting deeper than
-// MaxImageNesting is cut off the same way.
+// Files are found and read by the owner document's file policy (tree/VXSVGResources.h): by default
+// only files inside the folder of the document's own file; a refused file draws nothing. Bitmaps are
+// charged to the document's raster budget; a picture over it is skipped the same way. An SVG file
+// is loaded into a private document and rendered at its view box size; a picture that would repeat
+// itself inside itself, directly or through other files, is skipped where the repetition is first
+// met (that image draws nothing), and nesting deeper than MaxImageNesting is cut off the same way.
 #include "tree/VXSVGCustomViewBox.h"
 
 #include <memory>
@@ -18,6 +19,7 @@ namespace vx {
 
 class TVXGPBitmap;
 class TSVGDocument;
+class TSVGRasterBudget;
 
 class TSVGImage : public TSVGCustomViewBox
 {
@@ -26,6 +28,10 @@ class TSVGImage : public TSVGCustomViewBox
 public:
   // No real picture nests SVG images this deep; deeper ones are skipped like a self-inclusion.
   static constexpr int MaxImageNesting = 16;
+  // Pictures that show pictures multiply (six files each showing the next six times make 7776), so
+  // the pictures loaded inside one outermost picture are counted; past this many an image is
+  // skipped like a self-inclusion, and each picture a document names costs at most this much.
+  static constexpr int MaxNestedPictures = 256;
 
   explicit TSVGImage(TSVGDocument *Owner);
   ~TSVGImage() override;
@@ -65,6 +71,11 @@ public:
   void Clear() override;
 
 protected:
+  // An image control shows the bitmap; then the inherited copy.
+  void AssignTo(TPersistent *Dest) const override;
+  // The control covers the element's rectangle under Matrix.
+  void DoModifyControl(IVXHostControl *Control, TMatrix &Matrix, TRectF &Rect,
+                       const TSVGControlElementEvent &Callback) override;
   void DoLoadFromXML(const IXMLNode &Node) override;
   // The view box when one was given, else the aspect ratio; the rectangle; the reference as read.
   void DoSaveToXML(const IXMLNode &Node) override;
@@ -73,12 +84,21 @@ protected:
   bool DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect) override;
 
 private:
-  // The file a relative or "file:" reference names, or empty when no such file exists.
-  QString ResolveFileName() const;
+  // The file the reference names, if the owner's file policy lets it be read, and its content.
+  bool ReadReferencedFile(QString &FileName, QByteArray &Data) const;
   void LoadDataURI();
-  void LoadFile(const QString &FileName);
-  // Renders an SVG document (a file, or the bytes of a data URI) into the bitmap at its view box size.
+  void LoadFile(const QString &FileName, const QByteArray &Data);
+  // Decodes a raster picture into Target, unless its size is over the raster budget.
+  void LoadRaster(const QByteArray &Data, TVXGPBitmap &Target);
+  // Renders an SVG document (of the file FileName, or of a data URI when the name is empty) into the
+  // bitmap at its view box size, unless that is over the raster budget.
   void LoadSVG(const QString &FileName, const QByteArray &Data);
+  // The owner's raster budget, which the bitmap is charged to; nil without an owner.
+  TSVGRasterBudget *Budget() const;
+  bool RasterFits(int Width, int Height) const;
+  // Charges the bitmap held to the budget, or drops it when the budget is spent.
+  void ChargeRaster();
+  void ReleaseRaster();
   TVXGPBitmap &EnsureBitmap();
   // Standard mode: Data (of the file Name, or of a data URI when Name is empty) is an SVG picture,
   // compressed or not, or a raster picture of any format.
@@ -92,6 +112,8 @@ private:
   QString FReference;
   std::unique_ptr<TVXGPBitmap> FBitmap;
   std::unique_ptr<TSVGDocument> FPicture;
+  // The bytes of the bitmap that are charged to the budget.
+  qint64 FCharged = 0;
 };
 
 } // namespace vx

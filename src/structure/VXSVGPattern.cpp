@@ -4,6 +4,7 @@
 #include "structure/VXSVGObjectBox.h"
 #include "structure/VXSVGScopes.h"
 #include "tree/VXSVGDocument.h"
+#include "tree/VXSVGDrawBudget.h"
 #include "values/VXSVGAttributes.h"
 #include "values/VXSVGPropertyParsers.h"
 #include "values/VXSVGTransforms.h"
@@ -163,7 +164,8 @@ std::shared_ptr<TVXGPBitmap> TSVGPattern::GetPattern(TSVGGraphicElement &Element
   const TRectF R = VXMatrixTransformRect(Tile, ToDevice);
   const std::int64_t Width = TileSide(VXRectWidth(R));
   const std::int64_t Height = TileSide(VXRectHeight(R));
-  if (Width < 0 || Height < 0 || Width * Height > MaxTilePixels - TilePixelsInUse)
+  if (Width < 0 || Height < 0 || Width * Height > MaxTilePixels - TilePixelsInUse ||
+      !TSVGDrawScope::Charge(Width * Height))
     return nullptr;
   TTileBudget Budget(Width * Height);
   auto Bitmap = std::make_shared<TVXGPBitmap>(int(Width), int(Height));
@@ -353,7 +355,8 @@ bool TSVGPattern::StandardBrush(TSVGGraphicElement &Client, const TMatrix &Matri
   const TSizeF Scales = AxisScales(VXMatrixMultiply(TileToUser, Matrix));
   const std::int64_t Width = TileSide(std::ceil(double(Size.cx) * Scales.cx));
   const std::int64_t Height = TileSide(std::ceil(double(Size.cy) * Scales.cy));
-  if (Width <= 0 || Height <= 0 || Width * Height > MaxTilePixels - TilePixelsInUse)
+  if (Width <= 0 || Height <= 0 || Width * Height > MaxTilePixels - TilePixelsInUse ||
+      !TSVGDrawScope::Charge(Width * Height))
     return false;
   TTileBudget Budget(Width * Height);
   auto Bitmap = std::make_shared<TVXGPBitmap>(int(Width), int(Height));

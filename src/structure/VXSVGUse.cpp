@@ -207,6 +207,31 @@ bool TSVGUse::DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const T
   return true;
 }
 
+IVXHostControl *TSVGUse::GenerateControls(IVXHostControl *Parent, const TMatrix &Matrix, const TRectF &Rect,
+                                          const TSVGControlElementEvent &Callback)
+{
+  IVXHostControl *Control = CreateControl(Parent);
+  if (!Control)
+    return nullptr;
+  AssignTo(&Control->HostComponent());
+  const TMatrix Combined = VXMatrixMultiply(FMatrix, Matrix);
+  const TRectF Bounds = DeviceViewport(Combined);
+  Control->SetBoundsRect(TRectF{Bounds.Left, Bounds.Top, Bounds.Left + std::max(1.0f, Bounds.Width()),
+                                Bounds.Top + std::max(1.0f, Bounds.Height())});
+  if (Callback)
+    Callback(this, Control);
+  TSVGGraphicElement *Shown = LendableTarget();
+  if (!Shown)
+    return Control;
+  TTargetLoan Loan(*Shown, *this);
+  if (IsViewportTarget(*Shown) && !ViewportTargetPlacesItself(*Shown))
+    Shown->GenerateControls(Control, Shown->GetViewMatrix(Combined, Bounds), Bounds, Callback);
+  else
+    Shown->GenerateControls(Control, VXMatrixMultiply(CreateTranslateVXMatrix(GetX(), GetY()), Combined), Rect,
+                            Callback);
+  return Control;
+}
+
 void TSVGUse::AddStandardClipGeometry(TVXGPRegion &Region, const TMatrix &Matrix)
 {
   TSVGGraphicElement *Shown = LendableTarget();

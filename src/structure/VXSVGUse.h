@@ -52,6 +52,13 @@ public:
   // With no size of its own, the target's bounds under Matrix, the target lent for the span.
   TRectF GetBoundsRect(const TMatrix &Matrix) const override;
 
+  // The use's control, covering its bounds, with the lent target's controls generated inside it
+  // where the target is drawn: moved by x and y, or mapped into the use's rectangle for a symbol
+  // or a document.
+  using TSVGGraphicElement::GenerateControls;
+  IVXHostControl *GenerateControls(IVXHostControl *Parent, const TMatrix &Matrix, const TRectF &Rect,
+                                   const TSVGControlElementEvent &Callback) override;
+
   void AssignProperties(const TSVGElement *Source) override;
   void Clear() override;
 

@@ -387,22 +387,13 @@ void TSVGCustomText::ChunkText(TVXGPCanvas &Canvas, const TMatrix &Matrix, TSVGT
       if (TSVGCustomText *Parent = TextParent())
         NewChunk = GetFont().GetName() != Parent->GetFont().GetName() ||
                    GetFont().GetSize() != Parent->GetFont().GetSize();
-    TSVGTextChunk Local = NewChunk ? TSVGTextChunk(S.left(1)) : Chunks.back();
-    if (!NewChunk)
-      Local.Text += S[0];
-    Local.Chars.push_back(CharAt(0));
-    for (int I = 1; I < S.size(); ++I) {
-      if (StartsChunk(I)) {
-        Chunks.push_back(std::move(Local));
-        Local = TSVGTextChunk(S.mid(I, 1));
-      } else {
-        Local.Text += S[I];
-      }
-      Local.Chars.push_back(CharAt(I));
+    // Characters go straight onto the last chunk: a chunk that runs through many spans is never copied.
+    for (int I = 0; I < S.size(); ++I) {
+      if (I == 0 ? NewChunk : StartsChunk(I))
+        Chunks.emplace_back();
+      Chunks.back().Text += S[I];
+      Chunks.back().Chars.push_back(CharAt(I));
     }
-    if (NewChunk)
-      Chunks.emplace_back();
-    Chunks.back() = std::move(Local);
   }
   SetCurrentTextIndex(FCurrentTextIndex + std::uint32_t(S.size()));
   ChunkChildrenText(Canvas, Matrix, Chunks);

@@ -232,6 +232,11 @@ protected:
 
   // The box of all outlines of the text tree; false while they are stale or there are none.
   bool OutlineBounds(TRectF &Box) const;
+  // The outermost element keeps the box of the whole tree from its last layout, since every part
+  // asks for it when it draws and a walk per part would make many spans cost quadratic time.
+  bool FOutlineBoxKnown = false;
+  bool FOutlineBoxFound = false;
+  TRectF FOutlineBox;
   // The layout rectangle of a run of Width by Align around a baseline at 0.
   static TRectF TextLayoutRect(TSVGTextAlign Align, float Width, float Ascent, float Descent);
 
@@ -254,6 +259,19 @@ private:
   void RebuildTextShapes(TVXGPCanvas &Canvas, const TMatrix &Matrix);
   void BuildShapesOffCanvas();
   void UniteOutlineBounds(TRectF &Box, bool &Found) const;
+};
+
+class TSVGText;
+
+// The control generated for a text: it draws a copy of the text, which keeps the look the text had
+// in its tree, under the matrix that takes the text to the control's pixels.
+class IVXSVGTextControl
+{
+public:
+  virtual ~IVXSVGTextControl() = default;
+  // Takes Value, a copy without document.
+  virtual void SetSVGText(std::unique_ptr<TSVGText> Value) = 0;
+  virtual void SetTextMatrix(const TMatrix &Value) = 0;
 };
 
 // The "text" element: the outermost element of a text tree, which lays out and anchors everything
@@ -281,6 +299,11 @@ public:
 
 protected:
   int ReadChild(const IXMLNode &Node) override;
+  // A text control takes a copy of the text; then the inherited copy.
+  void AssignTo(TPersistent *Dest) const override;
+  // A text control covers the text's bounds under Matrix and draws the copy at that place.
+  void DoModifyControl(IVXHostControl *Control, TMatrix &Matrix, TRectF &Rect,
+                       const TSVGControlElementEvent &Callback) override;
   TSVGGraphicElement *PathAtPos(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TPointF &Point,
                                 const TRectF &Rect, const TVXGPPath &Path, TSVGFindOptions Options) override;
 };

@@ -64,6 +64,13 @@ const TSVGStylePropertyAutoLength *InheritedSpacing(const TSVGGraphicElement &El
   return nullptr;
 }
 
+// A spacing in user units. A percentage is of the viewport's width; the length keeps it as the
+// number written, so its value over that width is a hundred times too large.
+float SpacingValue(const TSVGStylePropertyAutoLength &Spacing)
+{
+  return Spacing.IsPercent() ? Spacing.GetValue() / 100 : Spacing.GetValue();
+}
+
 // A text property written on Element or, as browsers inherit it, on its nearest text ancestor.
 QString InheritedProperty(const TSVGCustomText &Element, QString TSVGBrowserTextProperties::*Property,
                           const TSVGBrowserTextProperties &(*Of)(const TSVGCustomText &))
@@ -291,6 +298,9 @@ void TSVGBrowserTextLayout::Run()
   Collect(FRoot, nullptr);
   CollapseWhiteSpace();
   ResolvePositions();
+  for (const TRange &R : FRanges)
+    if (R.Element->FBrowserProperties.TextLength >= 0)
+      FLengthRanges.push_back(R);
   const int Count = int(FChars.size());
   for (int Start = 0; Start < Count;) {
     int End = Start + 1;
@@ -300,8 +310,15 @@ void TSVGBrowserTextLayout::Run()
     LayOutChunk(Start, End);
     Start = End;
   }
+  // Outlines are handed over rather than copied: a long text's would otherwise live twice.
   for (auto &[Owner, Path] : FPaths)
-    Owner->FShape.QPath().addPath(Path);
+    if (QPainterPath &Shape = Owner->FShape.QPath(); Shape.isEmpty()) {
+      const Qt::FillRule Rule = Shape.fillRule();
+      std::swap(Shape, Path);
+      Shape.setFillRule(Rule);
+    } else {
+      Shape.addPath(Path);
+    }
 }
 
 // --- characters --------------------------------------------------------------------------------
@@ -314,6 +331,9 @@ void TSVGBrowserTextLayout::Collect(TSVGCustomText &Element, TSVGTextPath *Path)
   const int Begin = int(FChars.size());
   const std::size_t Range = FRanges.size();
   FRanges.push_back({&Element, Begin, Begin});
+  // A part that is not displayed takes no room and no place in the lists.
+  if (!Element.IsDisplayed())
+    return;
   const QString Text = Element.GetText();
   for (int I = 0; I < Text.size(); ++I) {
     char32_t Code = Text.at(I).unicode();
@@ -447,13 +467,15 @@ const TSVGBrowserTextLayout::TStyle &TSVGBrowserTextLayout::StyleOf(TSVGCustomTe
     Style.Query.Variations.insert(Style.Query.Variations.begin(), {QByteArray("opsz"), Style.Size});
     Style.Face = TVXTextEngine::MatchFont(Style.Query);
   }
-  Style.Kerning = !InheritedSpacing(*Owner, &TSVGGraphicElement::Kerning) &&
+  const TSVGStylePropertyAutoLength *Kerning = InheritedSpacing(*Owner, &TSVGGraphicElement::Kerning);
+  // Browsers take a kerning length as turning the font's kerning off, and ignore a percentage.
+  Style.Kerning = (!Kerning || Kerning->IsPercent()) &&
                   InheritedProperty(*Owner, &TSVGBrowserTextProperties::FontKerning, Properties) != QLatin1String("none");
   Style.SmallCaps = Font.GetFontVariant() == fvSmallCaps && Style.Face->HasSmallCaps();
   if (const TSVGStylePropertyAutoLength *Spacing = InheritedSpacing(*Owner, &TSVGGraphicElement::LetterSpacing))
-    Style.LetterSpacing = Spacing->GetValue();
+    Style.LetterSpacing = SpacingValue(*Spacing);
   if (const TSVGStylePropertyAutoLength *Spacing = InheritedSpacing(*Owner, &TSVGGraphicElement::WordSpacing))
-    Style.WordSpacing = Spacing->GetValue();
+    Style.WordSpacing = SpacingValue(*Spacing);
   const TVXFontMetrics &M = Style.Face->Metrics();
   const double S = Scale(*Style.Face, Style.Size);
   TSVGAlignmentBaseline Alignment = Owner->Inherits().Value().Contains(ipAlignmentBaseline)
@@ -605,12 +627,18 @@ void TSVGBrowserTextLayout::EmitOutlines(const std::vector<TCluster> &Clusters, 
 {
   // Outlines into the paths of the owners; each owner's baseline moves its own glyphs (on a path
   // the placement has done so already).
-  std::vector<TSVGCustomText *> Owners;
-  for (const TCluster &C : Clusters) {
+  // Each owner with its clusters, owners in the order they first come; a chunk may run through
+  // many thousand spans, so they are gathered in one pass.
+  std::vector<std::pair<TSVGCustomText *, std::vector<int>>> Owners;
+  std::unordered_map<TSVGCustomText *, std::size_t> OwnerIndex;
+  for (int I = 0; I < int(Clusters.size()); ++I) {
+    const TCluster &C = Clusters[std::size_t(I)];
     TSVGCustomText *Owner = FChars[std::size_t(C.Char)].Owner;
     const TStyle &S = StyleOf(FChars[std::size_t(C.Char)]);
-    if (std::find(Owners.begin(), Owners.end(), Owner) == Owners.end())
-      Owners.push_back(Owner);
+    const auto [It, Added] = OwnerIndex.try_emplace(Owner, Owners.size());
+    if (Added)
+      Owners.emplace_back(Owner, std::vector<int>());
+    Owners[It->second].second.push_back(I);
     if (!(S.Size > 0) || C.Hidden)
       continue;
     const QTransform Chunk = QTransform::fromTranslate(0, OnPath ? 0 : S.BaselineOffset);
@@ -624,24 +652,31 @@ void TSVGBrowserTextLayout::EmitOutlines(const std::vector<TCluster> &Clusters, 
       Pen += G->XAdvance;
     }
   }
-  for (TSVGCustomText *Owner : Owners)
-    AddDecorations(Owner, StyleOf(Owner), Clusters,
+  for (const auto &[Owner, Own] : Owners)
+    AddDecorations(Owner, StyleOf(Owner), Clusters, Own,
                    QTransform::fromTranslate(0, OnPath ? 0 : StyleOf(Owner).BaselineOffset));
 }
 
 void TSVGBrowserTextLayout::AdjustLengths(int Start, int End, std::vector<TCluster> &Clusters)
 {
-  for (const TRange &R : FRanges) {
+  // Clusters by character, so that each element finds its own without a scan of the chunk.
+  std::vector<TCluster *> ByChar;
+  for (const TRange &R : FLengthRanges) {
     const TSVGBrowserTextProperties &P = R.Element->FBrowserProperties;
-    if (P.TextLength < 0 || R.End <= Start || R.Begin >= End)
+    if (R.End <= Start || R.Begin >= End)
       continue;
-    std::vector<TCluster *> Own;
+    if (ByChar.empty()) {
+      for (TCluster &C : Clusters)
+        ByChar.push_back(&C);
+      std::stable_sort(ByChar.begin(), ByChar.end(), [](const TCluster *A, const TCluster *B) { return A->Char < B->Char; });
+    }
+    const auto CharBelow = [](const TCluster *C, int Char) { return C->Char < Char; };
+    const auto First = std::lower_bound(ByChar.begin(), ByChar.end(), R.Begin, CharBelow);
+    const auto Last = std::lower_bound(First, ByChar.end(), R.End, CharBelow);
+    const std::vector<TCluster *> Own(First, Last);
     double Width = 0;
-    for (TCluster &C : Clusters)
-      if (C.Char >= R.Begin && C.Char < R.End) {
-        Own.push_back(&C);
-        Width += C.Width;
-      }
+    for (const TCluster *C : Own)
+      Width += C->Width;
     if (Own.empty())
       continue;
     // The spacing properties give way to the length asked for.
@@ -765,18 +800,19 @@ void TSVGBrowserTextLayout::PlaceOnPath(TSVGTextPath &TextPath, double Offset, s
 
 QPainterPath &TSVGBrowserTextLayout::PathOf(TSVGCustomText *Owner)
 {
-  for (auto &[Key, Path] : FPaths)
-    if (Key == Owner)
-      return Path;
-  FPaths.emplace_back(Owner, QPainterPath());
-  FPaths.back().second.setFillRule(Qt::WindingFill);
-  return FPaths.back().second;
+  const auto [It, Added] = FPathIndex.try_emplace(Owner, FPaths.size());
+  if (Added) {
+    FPaths.emplace_back(Owner, QPainterPath());
+    FPaths.back().second.setFillRule(Qt::WindingFill);
+  }
+  return FPaths[It->second].second;
 }
 
 // --- decorations -------------------------------------------------------------------------------
 
 void TSVGBrowserTextLayout::AddDecorations(TSVGCustomText *Owner, const TStyle &Style,
-                                           const std::vector<TCluster> &Clusters, const QTransform &ChunkTransform)
+                                           const std::vector<TCluster> &Clusters, const std::vector<int> &Own,
+                                           const QTransform &ChunkTransform)
 {
   // Each line comes from the nearest element that declares it, and is painted as that element.
   enum { Underline, Overline, LineThrough };
@@ -794,25 +830,24 @@ void TSVGBrowserTextLayout::AddDecorations(TSVGCustomText *Owner, const TStyle &
   }
   if (!Declarers[Underline] && !Declarers[Overline] && !Declarers[LineThrough])
     return;
-  // Lines run under the owner's clusters and break where a character was moved on its own.
+  // Lines run under the owner's clusters and break where a character was moved on its own, and
+  // where a hidden cluster or one of another element comes between.
   struct TLine
   {
     float Width;
     QTransform Transform;
   };
   std::vector<TLine> Lines;
-  bool Started = false;
-  for (const TCluster &C : Clusters) {
-    if (FChars[std::size_t(C.Char)].Owner != Owner || C.Hidden) {
-      Started = false;
+  int Previous = -2;
+  for (const int I : Own) {
+    const TCluster &C = Clusters[std::size_t(I)];
+    if (C.Hidden)
       continue;
-    }
-    if (Started && !C.RelativeShift) {
+    if (I == Previous + 1 && !C.RelativeShift)
       Lines.back().Width += C.Advance;
-      continue;
-    }
-    Lines.push_back({C.Advance, C.Transform});
-    Started = true;
+    else
+      Lines.push_back({C.Advance, C.Transform});
+    Previous = I;
   }
   const TVXFontMetrics &M = Style.Face->Metrics();
   const double S = Scale(*Style.Face, Style.Size);

@@ -13,6 +13,7 @@
 
 #include <map>
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 namespace vx {
@@ -117,13 +118,18 @@ private:
   const TStyle &StyleOf(TSVGCustomText *Owner);
   const TStyle &StyleOf(const TChar &Char);
   QPainterPath &PathOf(TSVGCustomText *Owner);
+  // The lines under, over and through the clusters Own (indices into Clusters) of Owner.
   void AddDecorations(TSVGCustomText *Owner, const TStyle &Style, const std::vector<TCluster> &Clusters,
-                      const QTransform &ChunkTransform);
+                      const std::vector<int> &Own, const QTransform &ChunkTransform);
 
   TSVGText &FRoot;
   std::vector<TChar> FChars;
   std::vector<TRange> FRanges;
+  // Those of the elements that ask for a textLength, in the same order.
+  std::vector<TRange> FLengthRanges;
   std::vector<std::pair<TSVGCustomText *, QPainterPath>> FPaths;
+  // Where each owner's entry of FPaths is, so that many spans cost no scan per glyph.
+  std::unordered_map<TSVGCustomText *, std::size_t> FPathIndex;
   // By element, and whether for its synthesized small capitals.
   std::map<std::pair<const TSVGCustomText *, bool>, TStyle> FStyles;
   std::map<const TSVGTextPath *, TFlowPath> FFlowPaths;

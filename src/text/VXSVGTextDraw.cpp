@@ -10,21 +10,45 @@
 
 #include <QImage>
 
-#include <algorithm>
+#include <unordered_map>
+#include <unordered_set>
 
 namespace vx {
 
 namespace {
 
-// The entry of Key in Paths, made empty on the canvas when there is none yet.
-TVXGPPath &PathOf(TSVGTextPaths &Paths, TSVGCustomText *Key, TVXGPCanvas &Canvas)
+// Paths by element in the order the elements first came, with an index beside them: a text may
+// have many thousand spans, and a scan per character would make its layout quadratic.
+class TPathsByOwner
 {
-  for (auto &[Owner, Path] : Paths)
-    if (Owner == Key)
-      return *Path;
-  Paths.emplace_back(Key, std::make_unique<TVXGPPath>(&Canvas));
-  return *Paths.back().second;
-}
+public:
+  explicit TPathsByOwner(TVXGPCanvas &Canvas) : FCanvas(Canvas) {}
+
+  TSVGTextPaths &Paths() { return FPaths; }
+  // The entry of Key, made empty on the canvas when there is none yet.
+  TVXGPPath &Of(TSVGCustomText *Key)
+  {
+    auto [It, Added] = FIndex.try_emplace(Key, FPaths.size());
+    if (Added)
+      FPaths.emplace_back(Key, std::make_unique<TVXGPPath>(&FCanvas));
+    return *FPaths[It->second].second;
+  }
+  TVXGPPath *Find(TSVGCustomText *Key)
+  {
+    const auto It = FIndex.find(Key);
+    return It == FIndex.end() ? nullptr : FPaths[It->second].second.get();
+  }
+  void Clear()
+  {
+    FPaths.clear();
+    FIndex.clear();
+  }
+
+private:
+  TVXGPCanvas &FCanvas;
+  TSVGTextPaths FPaths;
+  std::unordered_map<TSVGCustomText *, std::size_t> FIndex;
+};
 
 TPointF Add(const TPointF &A, const TPointF &B)
 {
@@ -85,6 +109,7 @@ TSVGCustomText *DecorationDeclarer(TSVGCustomText &Owner)
 void TSVGCustomText::ClearShapes(bool Value)
 {
   FShapeCacheChanged = Value;
+  FOutlineBoxKnown = false;
   FShape.Clear();
   for (TSVGElement *Child : FItems)
     if (auto *Text = dynamic_cast<TSVGCustomText *>(Child))
@@ -115,6 +140,11 @@ void TSVGCustomText::RebuildTextShapes(TVXGPCanvas &Canvas, const TMatrix &Matri
   TVXGPCanvasStateGuard Guard(Canvas);
   RestartTextPosition();
   CreateTextShapes(Canvas, Matrix);
+  if (!TextParent()) {
+    FOutlineBoxFound = false;
+    UniteOutlineBounds(FOutlineBox, FOutlineBoxFound);
+    FOutlineBoxKnown = true;
+  }
   const TRectF Bounds = GetShape()->GetBounds();
   FTextWidth = Bounds.Width();
   FTextHeight = Bounds.Height();
@@ -146,6 +176,10 @@ bool TSVGCustomText::OutlineBounds(TRectF &Box) const
     const_cast<TSVGCustomText &>(Root).GetShape();
   if (Root.FShapeCacheChanged)
     return false;
+  if (Root.FOutlineBoxKnown) {
+    Box = Root.FOutlineBox;
+    return Root.FOutlineBoxFound;
+  }
   bool Found = false;
   Root.UniteOutlineBounds(Box, Found);
   return Found;
@@ -194,11 +228,11 @@ void TSVGText::ConvertToPath(TVXGPCanvas &Canvas, const TMatrix &, TSVGTextChunk
   TSVGFont Working(&Canvas);
   TVXGPPath Glyph(&Canvas);
   auto Run = std::make_unique<TVXGPPath>(&Canvas);
-  TSVGTextPaths OwnerPaths;
+  TPathsByOwner OwnerPaths(Canvas);
   // Decoration centre lines by declaring element; they live across chunks.
-  TSVGTextPaths DecoPaths;
+  TPathsByOwner DecoPaths(Canvas);
   // A path cannot tell a line of one point from no line, so the lines begun are listed.
-  std::vector<const TVXGPPath *> DecoStarted;
+  std::unordered_set<const TVXGPPath *> DecoStarted;
   const bool Vertical = IsVertical();
   TPointF Pos = GetCurrentTextPosition();
   bool Capitalize = true;
@@ -222,7 +256,7 @@ void TSVGText::ConvertToPath(TVXGPCanvas &Canvas, const TMatrix &, TSVGTextChunk
         Extended.Exclude(fsOverline);
         Working.SetExtendStyles(Extended);
         Declarer = DecorationDeclarer(Owner);
-        DecoPath = &PathOf(DecoPaths, Declarer, Canvas);
+        DecoPath = &DecoPaths.Of(Declarer);
       }
       QChar Ch = Chunk.Text[qsizetype(J)];
       const bool SmallCap = IsSmallCap(Working.GetFontVariant(), Ch);
@@ -238,8 +272,7 @@ void TSVGText::ConvertToPath(TVXGPCanvas &Canvas, const TMatrix &, TSVGTextChunk
       if (DecoPath) {
         const TPointF Point = Declarer->GetDecorationPoint(Vertical ? Subtract(Pos, B) : Pos);
         const bool Jump = Char.XSpecified || Char.YSpecified || (Vertical ? Char.DX != 0 : Char.DY != 0);
-        if (std::find(DecoStarted.begin(), DecoStarted.end(), DecoPath) == DecoStarted.end()) {
-          DecoStarted.push_back(DecoPath);
+        if (DecoStarted.insert(DecoPath).second) {
           DecoPath->MoveTo(Point);
           DecoPath->LineTo(Point);
         } else if (Jump) {
@@ -268,32 +301,28 @@ void TSVGText::ConvertToPath(TVXGPCanvas &Canvas, const TMatrix &, TSVGTextChunk
       if (EndsRun(Chunk, J)) {
         if (DecoPath)
           DecoPath->LineTo(Declarer->GetDecorationPoint(Pos));
-        MovePath(*Run, PathOf(OwnerPaths, &Owner, Canvas));
+        MovePath(*Run, OwnerPaths.Of(&Owner));
         // The end of a run advances the text position like a blank.
         SetCurrentTextPosition(Owner.NextCharPosition(
           GetCurrentTextPosition(), Owner.GetGlyphSpacing(QLatin1Char(' '), Canvas, Working), QLatin1Char(' ')));
       }
     }
-    for (auto &[Key, DecoPath] : DecoPaths) {
+    for (auto &[Key, DecoPath] : DecoPaths.Paths()) {
       TVXGPPen Pen(&Canvas, bkSolid);
       Pen.SetThickness(Key->GetFont().GetSize() * 0.04f);
       TVXGPPath Wide(&Canvas);
       Wide.Assign(*DecoPath);
       Wide.Widen(Pen, 0.25f);
-      bool Anchored = false;
-      for (auto &[Owner, Path] : OwnerPaths)
-        if (Owner == Key) {
-          Path->Append(Wide, false);
-          Anchored = true;
-        }
-      if (!Anchored)
+      if (TVXGPPath *Anchor = OwnerPaths.Find(Key))
+        Anchor->Append(Wide, false);
+      else
         FShape.Append(Wide, false);
     }
-    AlignText(Canvas, OwnerPaths, Offset);
-    for (auto &[Key, Path] : OwnerPaths)
+    AlignText(Canvas, OwnerPaths.Paths(), Offset);
+    for (auto &[Key, Path] : OwnerPaths.Paths())
       if (Path->Count() > 0)
         MovePath(*Path, *Key->GetShape());
-    OwnerPaths.clear();
+    OwnerPaths.Clear();
   }
 }
 

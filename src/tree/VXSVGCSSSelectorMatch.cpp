@@ -258,17 +258,38 @@ int Specificity(const std::vector<TCompound> &Compounds)
   return std::min(Ids, 99) * 10000 + std::min(Classes, 99) * 100 + std::min(Types, 99);
 }
 
+// The compounds of Selector; false for a selector that cannot be read or is too long. Longer chains
+// are no selectors anyone writes, and would make the backtracking of the descendant combinator
+// costly on deep trees.
+bool ReadSelector(const QString &Selector, std::vector<TCompound> &Compounds)
+{
+  constexpr std::size_t MaxCompounds = 16;
+  return TSelectorReader(Selector).Read(Compounds) && Compounds.size() <= MaxCompounds;
+}
+
 } // namespace
 
 int MatchCSSSelector(const TSVGElement &Self, const QString &Selector)
 {
-  // Longer chains are no selectors anyone writes, and would make the backtracking of the
-  // descendant combinator costly on deep trees.
-  constexpr std::size_t MaxCompounds = 16;
   std::vector<TCompound> Compounds;
-  if (!TSelectorReader(Selector).Read(Compounds) || Compounds.size() > MaxCompounds)
+  if (!ReadSelector(Selector, Compounds))
     return -1;
   return MatchesFrom(Compounds, Compounds.size() - 1, Self) ? Specificity(Compounds) : -1;
+}
+
+TSVGSelectorSubject CSSSelectorSubject(const QString &Selector)
+{
+  std::vector<TCompound> Compounds;
+  if (!ReadSelector(Selector, Compounds))
+    return {TSVGSelectorSubject::Never, QString()};
+  const TCompound &Subject = Compounds.back();
+  if (!Subject.Ids.isEmpty())
+    return {TSVGSelectorSubject::Id, Subject.Ids.first()};
+  if (!Subject.Classes.isEmpty())
+    return {TSVGSelectorSubject::Class, Subject.Classes.first()};
+  if (!Subject.Type.isEmpty() && Subject.Type != QLatin1String("*"))
+    return {TSVGSelectorSubject::Type, Subject.Type};
+  return {};
 }
 
 } // namespace vx

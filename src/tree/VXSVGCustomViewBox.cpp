@@ -2,6 +2,7 @@
 
 #include "platform/geometry/VXPathData.h"
 #include "platform/vectorkit/VXGPCanvas.h"
+#include "tree/VXSVGDrawBudget.h"
 #include "values/VXSVGAttributes.h"
 #include "values/VXSVGTransforms.h"
 
@@ -149,6 +150,7 @@ TRectF TSVGCustomViewBox::GetBoundsRect(const TMatrix &Matrix) const
 
 void TSVGCustomViewBox::Draw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)
 {
+  const TSVGDrawScope Scope;
   if (!ShouldDraw() || DrawnThroughMask(Matrix, Canvas, Rect))
     return;
   if (ViewportFollowsStandard()) {

@@ -63,6 +63,9 @@ public:
   virtual TMatrix ViewportTransform() const { return FMatrix; }
 
 protected:
+  // The children's controls are placed under the view box mapping, composed as Draw composes it.
+  void DoModifyControl(IVXHostControl *Control, TMatrix &Matrix, TRectF &Rect,
+                       const TSVGControlElementEvent &Callback) override;
   void DoLoadFromXML(const IXMLNode &Node) override;
   // A view box and aspect ratio are written only when the view box was given.
   void DoSaveToXML(const IXMLNode &Node) override;

@@ -1,6 +1,7 @@
 #include "tree/VXSVGDocument.h"
 
 #include "platform/rtl/VXSysUtils.h"
+#include "tree/VXSVGRuleIndex.h"
 #include "tree/VXSVGStyleSheet.h"
 #include "values/VXSVGNumbers.h"
 #include "values/VXSVGTransforms.h"
@@ -74,14 +75,24 @@ void TSVGDocument::LoadFromFile(const QString &FileName)
   LoadFromStream(File);
 }
 
+QString TSVGDocument::Folder() const
+{
+  return FFileName.isEmpty() ? QString() : QFileInfo(FFileName).absolutePath();
+}
+
 void TSVGDocument::LoadFromStream(QIODevice &Stream)
+{
+  const auto *File = dynamic_cast<const QFileDevice *>(&Stream);
+  LoadFromStream(Stream, File ? File->fileName() : QString());
+}
+
+void TSVGDocument::LoadFromStream(QIODevice &Stream, const QString &FileName)
 {
   IXMLDocument Document = NewXMLDocument();
   Document.LoadFromStream(Stream);
   // Known before the elements load, as images read their files then; a failed load keeps the old one.
   const QString OldFileName = FFileName;
-  const auto *File = dynamic_cast<const QFileDevice *>(&Stream);
-  FFileName = File && !File->fileName().isEmpty() ? QFileInfo(File->fileName()).absoluteFilePath() : QString();
+  FFileName = FileName.isEmpty() ? QString() : QFileInfo(FileName).absoluteFilePath();
   try {
     LoadFromXML(Document);
   } catch (...) {
@@ -254,6 +265,7 @@ void TSVGDocument::DoAddStyle(const QString &Selector, const QString &Style)
 void TSVGDocument::ApplyStyles()
 {
   TSVGUpdateGuard Guard(*this);
+  const TSVGRuleIndexScope Indexed(FStyles);
   ApplyMatchingStyles(&FStyles);
   TSVGCustomViewBox::ApplyStyles();
 }

@@ -4,6 +4,7 @@
 // A nested svg is again a document whose owner answers for options, events and the element table.
 #include "platform/common/VXDictionary.h"
 #include "tree/VXSVGCustomViewBox.h"
+#include "tree/VXSVGResources.h"
 
 #include <QIODevice>
 #include <QImage>
@@ -48,6 +49,8 @@ public:
   // --- loading ---
   void LoadFromFile(const QString &FileName);
   void LoadFromStream(QIODevice &Stream);
+  // Loads Stream, which holds the content of the file FileName: it becomes the document's file name.
+  void LoadFromStream(QIODevice &Stream, const QString &FileName);
   void LoadFromText(const QString &Text);
   // Refuses a missing root and a root that is not svg before anything is cleared, so a failed load
   // leaves the old content in place.
@@ -63,6 +66,13 @@ public:
   // text. Images resolve relative references against its folder.
   const QString &FileName() const { return FFileName; }
   void SetFileName(const QString &Value) { FFileName = Value; }
+  // The folder of FileName; empty for a document without a file.
+  QString Folder() const;
+  // Which files the pictures of this document may name, and how much decoded raster they may hold
+  // (tree/VXSVGResources.h). Set them before loading: images read their files as they load.
+  TSVGFilePolicy &FilePolicy() { return FFilePolicy; }
+  const TSVGFilePolicy &FilePolicy() const { return FFilePolicy; }
+  TSVGRasterBudget &RasterBudget() { return FRasterBudget; }
 
   // --- saving ---
   // A LineLength above 32 wraps long lines (path data) at that length.
@@ -200,6 +210,8 @@ private:
   std::vector<TSVGElement *> FGradients, FMarkers, FPatterns;
   bool FAllItemsModified = true;
   QString FFileName;
+  TSVGFilePolicy FFilePolicy;
+  TSVGRasterBudget FRasterBudget;
 };
 
 } // namespace vx

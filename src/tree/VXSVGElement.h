@@ -7,6 +7,7 @@
 #include "platform/rtl/VXStringList.h"
 #include "platform/xml/VXXmlDom.h"
 #include "tree/VXSVGClasses.h"
+#include "tree/VXSVGControlClasses.h"
 #include "values/VXSVGVocabulary.h"
 
 #include <cstdint>
@@ -161,6 +162,25 @@ public:
   virtual const TSVGCustomViewBox *GetNearestViewBox() const;
   TPointF ScreenToLocal(const TPointF &Point, const TRectF &Rect) const;
 
+  // --- generated controls (tree/VXSVGControlGeneration.cpp) ---
+  // A new control for this element, nil when its type makes none: ControlConstructor's when that is
+  // set, else one of the class SVGControlClasses names, inside Parent when Parent is windowed and
+  // beside it (in Parent's parent, owned by Parent's owner) when not.
+  virtual IVXHostControl *CreateControl(IVXHostControl *Parent);
+  // Makes this element's control in Parent, copies the element into it (AssignTo), lets
+  // DoModifyControl place it, tells Callback, then makes the children's controls. Matrix takes the
+  // parent's user space to the pixels of the top control. Nil when the element makes no control,
+  // and then its children make none either.
+  virtual IVXHostControl *GenerateControls(IVXHostControl *Parent, const TMatrix &Matrix, const TRectF &Rect,
+                                           const TSVGControlElementEvent &Callback);
+  // The form above under the view matrix for Rect.
+  IVXHostControl *GenerateControls(IVXHostControl *Parent, const TRectF &Rect, const TSVGControlElementEvent &Callback);
+  // GenerateControls of each graphic child in order.
+  virtual void GenerateChildControls(IVXHostControl *Parent, const TMatrix &Matrix, const TRectF &Rect,
+                                     const TSVGControlElementEvent &Callback);
+  // Shared by all element classes; empty by default.
+  static TSVGCreateControlEvent ControlConstructor;
+
   // --- XML ---
   // Reads Node into this element: events around DoLoadFromXML. Graphic elements read children too.
   virtual void LoadFromXML(const IXMLNode &Node);
@@ -176,6 +196,14 @@ public:
   virtual void ElementNotification(TObject *Sender, TSVGElement *Item, TCollectionNotification Action);
 
 protected:
+  // Places Control for the element and may change Matrix and Rect for what the children generate.
+  // The base does nothing; overrides call the inherited step first.
+  virtual void DoModifyControl(IVXHostControl *Control, TMatrix &Matrix, TRectF &Rect,
+                               const TSVGControlElementEvent &Callback);
+  // Into a control: its published SVGID takes the id, its Tag this element (outside design) and its
+  // hint the description, or the title without one. Other destinations as the base.
+  void AssignTo(TPersistent *Dest) const override;
+
   // Reads the common attributes (id, lang, title, desc, class, conditional lists). Overrides call
   // the base first.
   virtual void DoLoadFromXML(const IXMLNode &Node);

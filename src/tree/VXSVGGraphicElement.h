@@ -284,6 +284,18 @@ public:
   void SaveToXML(const IXMLNode &Node) override;
 
 protected:
+  // --- generated controls and copying (graphics/VXSVGControlCopy.cpp) ---
+  // Composes the element's transform into Matrix and places Control: a path control takes its path
+  // in the top control's pixels and places itself over it, other controls are sized from the
+  // bounds; a shape's stroke is scaled to those pixels.
+  void DoModifyControl(IVXHostControl *Control, TMatrix &Matrix, TRectF &Rect,
+                       const TSVGControlElementEvent &Callback) override;
+  // Into a control: visibility, cursor and, for a shape, opacity and paints, then the base. Into a
+  // TSVGStyle: one pair per property the element sets itself; inherited ones are left out.
+  void AssignTo(TPersistent *Dest) const override;
+  // The text AssignTo gives Property in a style; false for the properties that are never written.
+  bool StylePropertyText(TSVGStyleProperty Property, QString &Text) const;
+
   // The frame of one element's draw: matrix composition, canvas set-up, own geometry, children,
   // canvas restore (the last also on the way out by an exception).
   virtual void InternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect);

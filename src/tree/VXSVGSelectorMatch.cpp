@@ -1,5 +1,7 @@
 #include "tree/VXSVGSelectorMatch.h"
 
+#include "platform/rtl/VXExceptions.h"
+
 #include "tree/VXSVGDocument.h"
 #include "tree/VXSVGGraphicElement.h"
 #include "values/VXSVGLookups.h"
@@ -167,6 +169,33 @@ int MatchSelector(const TSVGElement &Self, const QString &Selector)
     }
   }
   return Specificity(C, B, A);
+}
+
+TSVGSelectorSubject SelectorSubject(const QString &Selector)
+{
+  TSVGSelectorTokens Tokens;
+  try {
+    Tokens = TokenizeSelector(Selector);
+  } catch (const Exception &) {
+    return {};
+  }
+  if (Tokens.empty())
+    return {TSVGSelectorSubject::Never, QString()};
+  if (Tokens[0].TokenType == sttUniversalChar)
+    return {};
+  TSVGSelectorSubject Result;
+  for (const TSVGSelectorToken &Token : Tokens) {
+    const TSVGSelectorTokenType Type = Token.TokenType;
+    if (Type == sttUniversalChar || Type == sttHasDescendant || Type == sttHasChild || Type == sttHasFollower)
+      break;
+    if (Type == sttIDHashChar)
+      return {TSVGSelectorSubject::Id, Token.Value};
+    if (Type == sttClassChar && Result.Kind != TSVGSelectorSubject::Class)
+      Result = {TSVGSelectorSubject::Class, Token.Value};
+    else if (Type == sttString && Result.Kind == TSVGSelectorSubject::Any)
+      Result = {TSVGSelectorSubject::Type, Token.Value};
+  }
+  return Result;
 }
 
 } // namespace vx

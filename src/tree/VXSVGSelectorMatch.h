@@ -18,4 +18,19 @@ class TSVGElement;
 // Fails with ESVGException only for a malformed attribute selector.
 int MatchSelector(const TSVGElement &Self, const QString &Selector);
 
+// What an element must carry for a selector to apply to it at all: an id, a class or a type name.
+// Any means the selector may apply to every element; Never that it applies to none.
+struct TSVGSelectorSubject
+{
+  enum TKind { Any, Never, Id, Class, Type };
+  TKind Kind = Any;
+  QString Name;
+};
+
+// The subject of Selector as MatchSelector reads it: the tokens before the first relation are
+// tested on Self itself, so each of them names something Self must have. The id is preferred, then
+// a class, then the type. A selector that begins with "*" applies everywhere, and so does one the
+// tokenizer refuses, so that matching it raises the same error.
+TSVGSelectorSubject SelectorSubject(const QString &Selector);
+
 } // namespace vx

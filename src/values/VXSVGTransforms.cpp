@@ -79,6 +79,15 @@ TMatrix ParseNamedMatrix(const QString &Name, const QString &Arguments)
   throw ESVGException(Format(SInvalidTransform, {Name}));
 }
 
+bool IsFiniteMatrix(const TMatrix &M)
+{
+  for (const float Value : {M.m11, M.m12, M.m13, M.m21, M.m22, M.m23, M.m31, M.m32, M.m33}) {
+    if (!std::isfinite(Value))
+      return false;
+  }
+  return true;
+}
+
 QString MatrixNumber(float Value)
 {
   return FloatToStr(double(Value));
@@ -170,12 +179,15 @@ TMatrix ParseTransformation(const QString &S)
     Base = Q + 1;
     P = T.indexOf(u'(', Base);
   }
-  return Result;
+  // A list whose product does not stay finite is dropped, as if it were absent: no drawing can use
+  // it, and a save must never write a number that cannot be read again.
+  return IsFiniteMatrix(Result) ? Result : VXIdentityMatrix;
 }
 
 QString SVGTransformationToString(const TMatrix &M)
 {
-  if (VXMatrixEquals(M, VXIdentityMatrix, 0.00001f))
+  // A matrix that is not finite is written as none at all, which reads back as the identity.
+  if (!IsFiniteMatrix(M) || VXMatrixEquals(M, VXIdentityMatrix, 0.00001f))
     return QString();
   const bool Linear = M.m13 == 0 && M.m23 == 0 && M.m33 == 1;
   if (Linear && M.m12 == 0 && M.m21 == 0 && M.m31 == 0 && M.m32 == 0)

@@ -17,7 +17,7 @@ class TSVGViewBox;
 
 // A transform list: the rightmost transform acts on a point first. An unknown name raises
 // ESVGException (SInvalidTransform), a bad number EConvertError; a missing ")" ends the list
-// silently with what was read so far.
+// silently with what was read so far. A list whose product is not finite gives the identity.
 TMatrix ParseTransformation(const QString &S);
 // The transform functions; S is the text between the brackets.
 TMatrix ParseMatrix(const QString &S);

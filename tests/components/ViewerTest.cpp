@@ -3,8 +3,11 @@
 
 #include "../examples/viewer/ViewerWindow.h"
 
+#include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -31,6 +34,29 @@ TEST(ViewerTest, ClickSelectsTheShapeAndAnEditRedrawsIt)
   Window.SetStandardSVG(false);
   EXPECT_FALSE(Window.Document().SVG().FollowsStandardSVG());
   EXPECT_EQ(Shot(Screen).pixel(128, 40), Blue) << "the edit survives the change of mode";
+}
+
+TEST(ViewerTest, TheBackgroundSwitchShowsThePictureThroughTheThreadImage)
+{
+  TViewerWindow Window;
+  Window.SetZoom(1);
+  Window.show();
+  Window.SetBackgroundRendering(true);
+  ASSERT_TRUE(Window.OpenFile(qEnvironmentVariable("VXSVG_EXAMPLES") + QStringLiteral("/shapes.svg")));
+  TVXSVGThreadImage &Image = Window.ThreadImage();
+  EXPECT_TRUE(Window.BusyIndicatorShown());
+  QTimer Tick;
+  Tick.start(50);
+  QElapsedTimer Timer;
+  Timer.start();
+  while (Image.Busy() && Timer.elapsed() < 20000)
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  EXPECT_FALSE(Window.BusyIndicatorShown());
+  ASSERT_EQ(Image.size(), QSize(240, 160));
+  EXPECT_EQ(Shot(Image).pixel(128, 40), Shot(Window.Screen()).pixel(128, 40));
+  QTest::mouseClick(&Image, Qt::LeftButton, {}, QPoint(128, 40));
+  ASSERT_NE(Window.SelectedElement(), nullptr);
+  EXPECT_EQ(Window.SelectedElement()->ID(), QStringLiteral("sun")) << "the element of the window's document";
 }
 
 TEST(ViewerTest, LoadErrorsAreShownInTheWindow)

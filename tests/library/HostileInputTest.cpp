@@ -4,6 +4,7 @@
 #include "platform/vectorkit/VXGPBitmap.h"
 #include "platform/vectorkit/VXGPCanvas.h"
 #include "raster/VXSVGRaster.h"
+#include "support/HostilePictures.h"
 #include "tree/VXSVG.h"
 
 #include <gtest/gtest.h>
@@ -12,9 +13,13 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QUrl>
 
+#include <ctime>
+#include <functional>
 #include <random>
 
 using namespace vx;
@@ -42,15 +47,16 @@ struct TOutcome
   qint64 Elapsed = 0;
 };
 
-// Loads Text, then draws it into a small bitmap, hit-tests a few points, measures and saves it.
-TOutcome Exercise(const QString &Text)
+// Loads a picture through Load, then draws it into a small bitmap, hit-tests a few points, measures
+// and saves it.
+TOutcome ExerciseLoaded(const std::function<void(TSVGDocument &)> &Load)
 {
   TOutcome Result;
   QElapsedTimer Timer;
   Timer.start();
   try {
     TSVGDocument Document;
-    Document.LoadFromText(Text);
+    Load(Document);
     TVXGPBitmap Bitmap(48, 48);
     DrawSVGToBitmap(Bitmap, &Document, 1, true);
     DrawSVGToBitmap(Bitmap, &Document, 1, false);
@@ -67,6 +73,14 @@ TOutcome Exercise(const QString &Text)
   }
   Result.Elapsed = Timer.elapsed();
   return Result;
+}
+
+TOutcome Exercise(const QString &Text, TSVGOptions Options = DefaultSVGOptions)
+{
+  return ExerciseLoaded([&Text, Options](TSVGDocument &Document) {
+    Document.SetOptions(Options);
+    Document.LoadFromText(Text);
+  });
 }
 
 QString Nested(const QString &Open, const QString &Close, int Depth, const QString &Inner = QString())
@@ -351,6 +365,18 @@ TEST(HostileValues, AMillionSegmentPathDraws)
   EXPECT_LT(Timer.elapsed(), TimeLimitMs);
 }
 
+TEST(HostileValues, ATextOfManySpansLaysOutInLinearTime)
+{
+  // Layout once walked the whole text for every span it placed.
+  const QString Text = Svg(QStringLiteral("<text x='1' y='20' text-decoration='underline'>%1</text>")
+                             .arg(QStringLiteral("<tspan>a</tspan>").repeated(10000)));
+  for (const TSVGOptions Options : {DefaultSVGOptions, DefaultSVGOptions | soStandardSVG}) {
+    const TOutcome Outcome = Exercise(Text, Options);
+    EXPECT_FALSE(Outcome.Failed) << Outcome.Message.toStdString();
+    EXPECT_LT(Outcome.Elapsed, TimeLimitMs);
+  }
+}
+
 TEST(HostileValues, RastersBeyondTheSizeLimitAreRefused)
 {
   TSVGDocument Document;
@@ -367,6 +393,155 @@ TEST(HostileValues, RastersBeyondTheSizeLimitAreRefused)
           DrawSVGToBitmap(Bitmap, &Document, 1, true);
         },
         EInvalidGraphicOperation);
+  }
+}
+
+
+// --- files, raster memory, saves -----------------------------------------------------------------
+
+struct TFileOutcome
+{
+  QImage Drawn;
+  QByteArray Saved;
+  QByteArray SavedAgain;
+};
+
+QByteArray SaveOf(TSVGDocument &Document)
+{
+  QBuffer Buffer;
+  Buffer.open(QIODevice::WriteOnly);
+  Document.SaveToStream(Buffer);
+  return Buffer.data();
+}
+
+// Loads FileName, draws it into a 100-pixel square, saves it, and saves again what the save loads as.
+TFileOutcome ExerciseFile(const QString &FileName, bool Standard)
+{
+  TFileOutcome Result;
+  const TSVGOptions Options = Standard ? DefaultSVGOptions | soStandardSVG : DefaultSVGOptions;
+  TSVGDocument Document;
+  Document.SetOptions(Options);
+  Document.LoadFromFile(FileName);
+  TVXGPBitmap Bitmap(100, 100);
+  DrawSVGToBitmap(Bitmap, &Document, 1, true);
+  Result.Drawn = Bitmap.Image();
+  Result.Saved = SaveOf(Document);
+  QBuffer Buffer(&Result.Saved);
+  Buffer.open(QIODevice::ReadOnly);
+  TSVGDocument Again;
+  Again.SetOptions(Options);
+  Again.LoadFromStream(Buffer, FileName);
+  Result.SavedAgain = SaveOf(Again);
+  return Result;
+}
+
+TEST(HostileFiles, NothingFromOutsideTheFolderShowsAndEverySaveLoadsAgain)
+{
+  const char *const Names[] = {
+    "image: ../ out of the folder", "image: absolute path", "image: file: URLs",
+    "image: symbolic links out of the folder", "image: /proc, devices, FIFO", "pictures that show themselves",
+    "PNG bombs", "six embedded 11,500-pixel pictures", "transforms that overflow", "200,000-segment path with arcs",
+  };
+  // A number that does not read again, where attribute values put numbers.
+  const QRegularExpression NotFinite(QStringLiteral("[\\s(,\"']-?(inf|nan)(?![a-z])"),
+                                     QRegularExpression::CaseInsensitiveOption);
+  for (const char *Name : Names) {
+    for (const bool Standard : {false, true}) {
+      SCOPED_TRACE(testing::Message() << Name << (Standard ? ", standard" : ", classic"));
+      QTemporaryDir Folder;
+      const QString File = vxtest::HostilePicture(Name).Make(QDir(Folder.path()));
+      const std::clock_t Start = std::clock();
+      const TFileOutcome Outcome = ExerciseFile(File, Standard);
+      // Processor time, as the machine may be shared.
+      EXPECT_LT(double(std::clock() - Start) / CLOCKS_PER_SEC * 1000, TimeLimitMs);
+      EXPECT_FALSE(vxtest::ShowsSecret(Outcome.Drawn));
+      EXPECT_TRUE(Outcome.Saved == Outcome.SavedAgain) << Outcome.Saved.left(2000).toStdString();
+      EXPECT_FALSE(QString::fromUtf8(Outcome.Saved).contains(NotFinite));
+      // Arcs are not multiplied into curves past what the XML parser reads.
+      EXPECT_LT(Outcome.Saved.size(), 2 * QFileInfo(File).size() + 4096);
+    }
+  }
+}
+
+// --- costs that could grow faster than the input ---------------------------------------------------
+
+// Writes Text to Name in Dir.
+void WriteFile(const QTemporaryDir &Dir, const QString &Name, const QString &Text)
+{
+  QFile File(Dir.filePath(Name));
+  ASSERT_TRUE(File.open(QIODevice::WriteOnly));
+  File.write(Text.toUtf8());
+}
+
+TEST(HostileCosts, FanOutsAndLongListsStayWithinTime)
+{
+  const auto Repeat = [](int Count, const auto &Make) {
+    QString Result;
+    for (int I = 0; I < Count; ++I)
+      Result += Make(I);
+    return Result;
+  };
+  // Eleven levels of patterns, each tile holding nine squares filled with the level below.
+  QString Patterns = QStringLiteral("<defs><pattern id='p0' width='1' height='1' patternUnits='userSpaceOnUse'>"
+                                    "<rect width='1' height='1' fill='red'/></pattern>");
+  for (int Level = 1; Level <= 10; ++Level)
+    Patterns += QStringLiteral("<pattern id='p%1' width='3' height='3' patternUnits='userSpaceOnUse'>%2</pattern>")
+                    .arg(Level)
+                    .arg(Repeat(9, [Level](int I) {
+                      return QStringLiteral("<rect x='%1' y='%2' width='1' height='1' fill='url(#p%3)'/>")
+                          .arg(I % 3)
+                          .arg(I / 3)
+                          .arg(Level - 1);
+                    }));
+  Patterns += QStringLiteral("</defs><rect width='48' height='48' fill='url(#p10)'/>");
+  // Translucent groups of two shapes, each needing a layer, multiplied by uses of uses.
+  QString Layers = QStringLiteral("<defs><g id='l0' opacity='0.5'><rect width='40' height='40'/><circle r='9'/></g>");
+  for (int Level = 1; Level <= 5; ++Level)
+    Layers += QStringLiteral("<g id='l%1' opacity='0.9'>%2</g>")
+                  .arg(Level)
+                  .arg(Repeat(10, [Level](int) { return QStringLiteral("<use xlink:href='#l%1'/>").arg(Level - 1); }));
+  Layers += QStringLiteral("</defs>") + Repeat(10, [](int) { return QStringLiteral("<use xlink:href='#l5'/>"); });
+  const QString Cases[] = {
+    Repeat(5000, [](int) { return QStringLiteral("<rect id='a' width='1' height='1'/>"); }),
+    QStringLiteral("<style>") + Repeat(10000, [](int I) { return QStringLiteral(".c%1 { fill: red }").arg(I); }) +
+        QStringLiteral("</style>") +
+        Repeat(3000, [](int I) { return QStringLiteral("<rect class='c%1' width='1' height='1'/>").arg(I * 3); }),
+    QStringLiteral("<path d='M0 0%1' fill='none' stroke='black' stroke-dasharray='%2'/>")
+        .arg(Repeat(1000, [](int I) { return QStringLiteral(" L48 %1 L0 %2").arg(I * 0.048).arg(I * 0.048 + 0.024); }))
+        .arg(QStringLiteral("1 ").repeated(10001)),
+    Patterns,
+    Layers,
+    QStringLiteral("<linearGradient id='g'>") + QStringLiteral("<stop/>").repeated(1000000) +
+        QStringLiteral("</linearGradient><rect width='48' height='48' fill='url(#g)'/>"),
+  };
+  for (const QString &Body : Cases) {
+    SCOPED_TRACE(Body.left(120).toStdString());
+    const TOutcome Outcome = Exercise(Svg(Body));
+    EXPECT_FALSE(Outcome.Failed) << Outcome.Message.toStdString();
+    EXPECT_LT(Outcome.Elapsed, TimeLimitMs);
+  }
+}
+
+TEST(HostileCosts, PicturesShowingPicturesShareOneBudget)
+{
+  // Six files, each showing the next one six times: 7776 pictures at the bottom.
+  QTemporaryDir Dir;
+  ASSERT_TRUE(Dir.isValid());
+  for (int Level = 0; Level < 6; ++Level) {
+    QString Body = QStringLiteral("<rect width='100' height='100' fill='blue' opacity='0.5'/>");
+    for (int Copy = 0; Level < 5 && Copy < 6; ++Copy)
+      Body += QStringLiteral("<image xlink:href='n%1.svg' width='100' height='100'/>").arg(Level + 1);
+    WriteFile(Dir, QStringLiteral("n%1.svg").arg(Level), Svg(Body));
+  }
+  const QString First = Dir.filePath(QStringLiteral("n0.svg"));
+  for (const bool Standard : {false, true}) {
+    SCOPED_TRACE(Standard);
+    const TOutcome Outcome = ExerciseLoaded([&](TSVGDocument &Document) {
+      Document.SetOptions(Standard ? DefaultSVGOptions | soStandardSVG : DefaultSVGOptions);
+      Document.LoadFromFile(First);
+    });
+    EXPECT_FALSE(Outcome.Failed) << Outcome.Message.toStdString();
+    EXPECT_LT(Outcome.Elapsed, TimeLimitMs);
   }
 }
 

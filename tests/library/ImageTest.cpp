@@ -141,7 +141,7 @@ TEST_F(ImageElement, AlignChangesOneSideByTheLargerRatio)
   }
 }
 
-TEST_F(ImageElement, ExternalFilesResolveFromTheDocumentFolderThenTheWorkingFolder)
+TEST_F(ImageElement, FilesResolveInTheDocumentFolderAndInFoldersTheProgramAllows)
 {
   QTemporaryDir Folder;
   ASSERT_TRUE(Folder.isValid());
@@ -156,19 +156,39 @@ TEST_F(ImageElement, ExternalFilesResolveFromTheDocumentFolderThenTheWorkingFold
   EXPECT_EQ(Picture.pixel(3, 5), Red);
   EXPECT_EQ(Picture.pixel(17, 5), Blue);
 
-  // From text there is no document folder: the working folder answers.
+  // From text there is no document folder: no file is read, not even from the working folder;
+  // a folder the program allows opens its files to absolute names.
+  const QString Absolute = Folder.filePath(QStringLiteral("picture.png"));
   const QString Saved = QDir::currentPath();
   QDir::setCurrent(Folder.path());
   LoadImage(QStringLiteral("width='20' height='10'"), QStringLiteral("picture.png"));
   QDir::setCurrent(Saved);
-  EXPECT_TRUE(Document.FileName().isEmpty());
+  EXPECT_EQ(Image().Bitmap(), nullptr);
+  LoadImage(QStringLiteral("width='20' height='10'"), Absolute);
+  EXPECT_EQ(Image().Bitmap(), nullptr);
+  Document.FilePolicy().AllowFolder(Folder.path());
+  LoadImage(QStringLiteral("width='20' height='10'"), Absolute);
   ASSERT_NE(Image().Bitmap(), nullptr);
   EXPECT_EQ(Image().Bitmap()->GetWidth(), 8);
+
+  // A resolver decides instead of the folders; what it names must still be a regular file.
+  QStringList Asked;
+  Document.FilePolicy().SetAllowedFolders({});
+  Document.FilePolicy().SetResolver([&](const QString &Reference, const QString &) {
+    Asked.append(Reference);
+    return Reference == QLatin1String("red-blue") ? DataFile("red-blue.png") : QStringLiteral("/dev/zero");
+  });
+  LoadImage(QStringLiteral("width='20' height='10'"), QStringLiteral("red-blue"));
+  ASSERT_NE(Image().Bitmap(), nullptr);
+  LoadImage(QStringLiteral("width='20' height='10'"), QStringLiteral("zeros"));
+  EXPECT_EQ(Image().Bitmap(), nullptr);
+  EXPECT_EQ(Asked, (QStringList{QStringLiteral("red-blue"), QStringLiteral("zeros")}));
 }
 
 TEST_F(ImageElement, NestedSvgIsRenderedAtItsViewBoxSize)
 {
   // nested.svg draws lime beside red-blue.png, which it names relative to its own folder.
+  Document.FilePolicy().AllowFolder(QFileInfo(DataFile("nested.svg")).path());
   LoadImage(QStringLiteral("width='20' height='10'"), DataFile("nested.svg"));
   ASSERT_NE(Image().Bitmap(), nullptr);
   EXPECT_EQ(Image().Bitmap()->GetWidth(), 20);
@@ -182,6 +202,7 @@ TEST_F(ImageElement, NestedSvgIsRenderedAtItsViewBoxSize)
   QTemporaryDir Folder;
   const QString Svg = Folder.filePath(QStringLiteral("plain.svg"));
   WriteFile(Svg, QStringLiteral("<svg xmlns='http://www.w3.org/2000/svg'><rect width='100' height='100' fill='blue'/></svg>"));
+  Document.FilePolicy().AllowFolder(Folder.path());
   LoadImage(QStringLiteral("width='12.9' height='7'"), Svg);
   ASSERT_NE(Image().Bitmap(), nullptr);
   EXPECT_EQ(Image().Bitmap()->GetWidth(), 12);
@@ -229,6 +250,28 @@ TEST_F(ImageElement, BrokenOrMissingPicturesDrawNothing)
     EXPECT_EQ(Picture.pixel(10, 10), NoColor);
     EXPECT_TRUE(!Image().Bitmap() || Image().Bitmap()->IsEmpty());
   }
+}
+
+TEST_F(ImageElement, BitmapsOverTheDocumentsRasterBudgetAreSkipped)
+{
+  // Room for one 150-pixel square (90,000 bytes decoded), not for two.
+  Document.RasterBudget().SetLimit(150000);
+  const QString Picture = SolidPNG(150, 150, Blue);
+  Load(QStringLiteral("<image id='a' width='9' height='9' xlink:href='%1'/>"
+                      "<image id='b' x='10' width='9' height='9' xlink:href='%1'/>")
+           .arg(Picture));
+  EXPECT_NE(Element<TSVGImage>("a").Bitmap(), nullptr);
+  EXPECT_EQ(Element<TSVGImage>("b").Bitmap(), nullptr);
+  EXPECT_EQ(Document.RasterBudget().Used(), 90000);
+  const QImage Drawn = Render();
+  EXPECT_EQ(Drawn.pixel(5, 5), Blue);
+  EXPECT_EQ(Drawn.pixel(15, 5), NoColor);
+
+  // Freeing one bitmap makes room for another.
+  Element<TSVGImage>("a").SetReference(QString());
+  Element<TSVGImage>("b").SetReference(SolidPNG(150, 150, Red));
+  EXPECT_NE(Element<TSVGImage>("b").Bitmap(), nullptr);
+  EXPECT_EQ(Document.RasterBudget().Used(), 90000);
 }
 
 TEST_F(ImageElement, ReferenceChangesReloadAndEmptyFreesTheBitmap)

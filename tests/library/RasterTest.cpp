@@ -2,6 +2,7 @@
 #include "platform/vectorkit/VXGPBitmap.h"
 #include "platform/vectorkit/VXGPCanvas.h"
 #include "raster/VXSVGRaster.h"
+#include "support/HostilePictures.h"
 #include "tree/VXSVG.h"
 
 #include <QCoreApplication>
@@ -311,4 +312,24 @@ TEST(RenderCommand, SizesOptionsAndExitStatuses)
   EXPECT_EQ(Image.pixel(5, 5), Green);
   EXPECT_EQ(Image.pixel(15, 5), Blue);
   EXPECT_EQ(Image.pixel(30, 15), Red);
+}
+
+TEST(RenderCommand, AllowFilesOpensAFolderToThePictures)
+{
+  const QString Tool = QCoreApplication::applicationDirPath() + QStringLiteral("/vxsvg");
+  if (!QFileInfo(Tool).isExecutable())
+    GTEST_SKIP() << "vxsvg is not built";
+  QTemporaryDir Dir;
+  const QString In = vxtest::HostilePicture("image: ../ out of the folder").Make(QDir(Dir.path()));
+  const QString Out = Dir.filePath(QStringLiteral("out.png"));
+  for (const bool Allowed : {false, true}) {
+    QStringList Args{QStringLiteral("render"), In, Out};
+    if (Allowed)
+      Args << QStringLiteral("--allow-files") << Dir.filePath(QStringLiteral("outside"));
+    QProcess Process;
+    Process.start(Tool, Args);
+    ASSERT_TRUE(Process.waitForFinished(30000));
+    EXPECT_EQ(Process.exitCode(), 0);
+    EXPECT_EQ(vxtest::ShowsSecret(QImage(Out)), Allowed);
+  }
 }

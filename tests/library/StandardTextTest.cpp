@@ -39,8 +39,8 @@ protected:
   static inline bool FontsFound = false;
 };
 
-// Widths of the outlines of two texts that differ only where the documented rules and the
-// browsers' differ: kerning pairs, and a blank measured as a hyphen.
+// Widths of the outlines of two whole texts that differ only where the documented rules and the
+// browsers' differ: kerning pairs, a blank measured as a hyphen, spacing, hidden spans.
 struct TWidthCase
 {
   const char *Name, *Text, *Other;
@@ -51,15 +51,22 @@ const TWidthCase WidthCases[] = {
   {"KerningPair", "<text id='a' x='10' y='100'>AVAVAV</text>",
    "<text id='a' x='10' y='100' style='font-kerning:none'>AVAVAV</text>", true, false},
   {"BlankAdvance", "<text id='a' x='10' y='100'>i i</text>", "<text id='a' x='10' y='100'>i-i</text>", true, false},
+  // A percentage of spacing is of the viewport's width (200).
+  {"PercentLetterSpacing", "<text id='a' x='10' y='100' letter-spacing='5%'>II</text>",
+   "<text id='a' x='10' y='100' letter-spacing='10'>II</text>", false, true},
+  {"PercentKerningKeepsPairs", "<text id='a' x='10' y='100' kerning='10%'>AVAVAV</text>",
+   "<text id='a' x='10' y='100'>AVAVAV</text>", false, true},
+  {"HiddenSpanTakesNoRoom", "<text id='a' x='10' y='100'>I<tspan display='none'>WW</tspan>I</text>",
+   "<text id='a' x='10' y='100'>II</text>", false, true},
 };
 
 TEST_P(StandardTextTest, WidthsFollowTheShapedAdvances)
 {
   for (const TWidthCase &Case : WidthCases) {
     LoadText(QString::fromUtf8(Case.Text));
-    const float First = Ink("a").Width();
+    const float First = Element<TSVGCustomText>("a").GetBoundsRect().Width();
     LoadText(QString::fromUtf8(Case.Other));
-    const float Second = Ink("a").Width();
+    const float Second = Element<TSVGCustomText>("a").GetBoundsRect().Width();
     const bool Equal = std::abs(First - Second) < 0.01f;
     EXPECT_EQ(Equal, Standard() ? Case.StandardEqual : Case.DocumentedEqual) << Case.Name;
   }

@@ -5,6 +5,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QStringList>
 
 #include <cstdio>
 #include <stdexcept>
@@ -13,11 +14,17 @@ namespace vx::cli {
 
 namespace {
 bool StandardMode = true;
+QStringList AllowedFolders;
 }
 
 void SetStandardMode(bool On)
 {
   StandardMode = On;
+}
+
+void AllowFolder(const QString &Folder)
+{
+  AllowedFolders.append(Folder);
 }
 
 void PrintError(const QString &Message)
@@ -39,6 +46,7 @@ int LoadDocument(TSVGDocument &Document, const QString &FileName)
   else
     Options.Exclude(soStandardSVG);
   Document.SetOptions(Options);
+  Document.FilePolicy().SetAllowedFolders(AllowedFolders);
   try {
     if (FromInput) {
       QFile Input;

@@ -36,7 +36,10 @@ void PrintUsage(FILE *Stream)
              "  --version                    print the version\n\n"
              "Options of every command that reads a picture:\n"
              "  --compatible                 draw with the library's classic rules instead of SVG 1.1 as\n"
-             "                               browsers draw it (the default; option soStandardSVG)\n\n"
+             "                               browsers draw it (the default; option soStandardSVG)\n"
+             "  --allow-files DIR            let pictures name files in DIR too (repeatable); without it\n"
+             "                               a picture reads only files inside its own folder, and one\n"
+             "                               read from the standard input reads none\n\n"
              "Options of render: vxsvg render --help (sizes, zoom, dpi, wrap modes, background,\n"
              "                               output to a folder or the standard output, parallel jobs)\n\n"
              "Options of save:\n"
@@ -74,6 +77,15 @@ int main(int argc, char **argv)
   QGuiApplication App(argc, argv);
   QStringList Args = App.arguments().mid(1);
   SetStandardMode(Args.removeAll(QStringLiteral("--compatible")) == 0);
+  for (qsizetype At = Args.indexOf(QStringLiteral("--allow-files")); At >= 0;
+       At = Args.indexOf(QStringLiteral("--allow-files"))) {
+    if (At + 1 >= Args.size()) {
+      PrintError(QStringLiteral("--allow-files needs a folder"));
+      return ExitUsage;
+    }
+    AllowFolder(Args[At + 1]);
+    Args.remove(At, 2);
+  }
   if (Args.isEmpty()) {
     PrintUsage(stderr);
     return ExitUsage;

@@ -14,10 +14,14 @@ int VXStringHash(const QString &S)
 }
 
 QString VXUniqueName(const QString &Name, const QString &Suffix,
-                     const std::function<bool(const QString &)> &Exists)
+                     const std::function<bool(const QString &)> &Exists, TVXUniqueNameProgress *Progress)
 {
   QString Result = Name;
   int Counter = 0;
+  if (Progress && !Progress->Candidate.isEmpty() && Progress->Suffix == Suffix) {
+    Result = Progress->Candidate;
+    Counter = Progress->Counter;
+  }
   while (Exists(Result)) {
     const qsizetype P = Suffix.isEmpty() ? -1 : Result.indexOf(Suffix);
     if (P >= 0) {
@@ -27,6 +31,8 @@ QString VXUniqueName(const QString &Name, const QString &Suffix,
       Result += QLatin1Char(' ') + Suffix;
     }
   }
+  if (Progress)
+    *Progress = {Suffix, Result, Counter};
   return Result;
 }
 

@@ -15,6 +15,8 @@
 #include "platform/rtl/VXExceptions.h"
 #include "platform/rtl/VXStringList.h"
 
+#include <QHash>
+#include <QSet>
 #include <QString>
 
 #include <cstdint>
@@ -27,9 +29,18 @@ namespace vx {
 
 // The hash of a string's UTF-16 code units, case-sensitive and the same on every run.
 int VXStringHash(const QString &S);
-// Name, or Name extended by Suffix (and a counter) until Exists says no; see GetUniqueName.
+// How far a search for a unique name got: the last candidate and its counter.
+struct TVXUniqueNameProgress
+{
+  QString Suffix;
+  QString Candidate;
+  int Counter = 0;
+};
+// Name, or Name extended by Suffix (and a counter) until Exists says no; see GetUniqueName. With
+// Progress the search resumes at the candidate where an earlier one for the same Name ended, and
+// leaves the candidate it returns there.
 QString VXUniqueName(const QString &Name, const QString &Suffix,
-                     const std::function<bool(const QString &)> &Exists);
+                     const std::function<bool(const QString &)> &Exists, TVXUniqueNameProgress *Progress = nullptr);
 // Copies the Name=Value lines of Strings into a table through Put.
 void VXAssignNameValues(const TStrings &Strings,
                         const std::function<void(const QString &, const QString &)> &Put);
@@ -476,9 +487,13 @@ public:
   // Name when it is free, else Name with a blank and Suffix, then " (1)", " (2)" ... Each round cuts
   // at the first Suffix and keeps the blank before it, so the blanks grow by one per round:
   // "a", "a Copy", "a  Copy (1)", "a   Copy (2)".
+  // While nothing is removed every candidate found taken stays taken, so a later search for the same
+  // Name resumes where the last one ended: many copies of one name cost no rescans.
   QString GetUniqueName(const QString &Name, const QString &Suffix) const
   {
-    return VXUniqueName(Name, Suffix, [this](const QString &Key) { return this->ContainsKey(Key); });
+    FProgressSuffixes.insert(Suffix);
+    return VXUniqueName(Name, Suffix, [this](const QString &Key) { return this->ContainsKey(Key); },
+                        &FUniqueNameProgress[Name]);
   }
   // The enumeration index of Key, or -1.
   int Indices(const QString &Key) const
@@ -512,6 +527,39 @@ public:
       }
     TBase::Assign(Source);
   }
+  void Clear() override
+  {
+    FUniqueNameProgress.clear();
+    FProgressSuffixes.clear();
+    TBase::Clear();
+  }
+
+protected:
+  bool DoRemove(const QString &Key, int HashCode, TCollectionNotification Action) override
+  {
+    if (!TBase::DoRemove(Key, HashCode, Action))
+      return false;
+    ForgetProgressThrough(Key);
+    return true;
+  }
+
+private:
+  // A search for Name only tries Name and names holding its suffix, so freeing another key leaves
+  // the progress of every search valid.
+  void ForgetProgressThrough(const QString &Key)
+  {
+    FUniqueNameProgress.remove(Key);
+    for (const QString &Suffix : FProgressSuffixes)
+      if (Key.contains(Suffix)) {
+        FUniqueNameProgress.clear();
+        FProgressSuffixes.clear();
+        return;
+      }
+  }
+
+  // Per name, where the last unique-name search ended, and the suffixes those searches used.
+  mutable QHash<QString, TVXUniqueNameProgress> FUniqueNameProgress;
+  mutable QSet<QString> FProgressSuffixes;
 };
 
 template <typename V>

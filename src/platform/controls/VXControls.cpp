@@ -5,6 +5,7 @@
 #include <QtGlobal>
 
 #include <array>
+#include <cmath>
 #include <exception>
 #include <utility>
 
@@ -109,6 +110,22 @@ void TControl::SetCursor(TCursor Value)
     unsetCursor();
   else
     setCursor(CursorShape(Value));
+}
+
+IVXHostControl *TControl::HostParent() const
+{
+  return dynamic_cast<TControl *>(parentWidget());
+}
+
+TRectF TControl::GetBoundsRect() const
+{
+  return TRectF{float(x()), float(y()), float(x() + width()), float(y() + height())};
+}
+
+void TControl::SetBoundsRect(const TRectF &Value)
+{
+  const int L = int(std::lround(Value.Left)), T = int(std::lround(Value.Top));
+  SetBounds(L, T, int(std::lround(Value.Right)) - L, int(std::lround(Value.Bottom)) - T);
 }
 
 template <typename F>

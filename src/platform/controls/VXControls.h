@@ -9,6 +9,7 @@
 #include "platform/rtl/VXPropInfo.h"
 #include "platform/rtl/VXSet.h"
 #include "platform/vectorkit/VXGPColor.h"
+#include "platform/vectorkit/VXGPControlFaces.h"
 
 #include <QWidget>
 
@@ -44,7 +45,7 @@ public:
   virtual TMatrix GetAbsoluteMatrix() const = 0;
 };
 
-class TControl : public QWidget, public TComponent
+class TControl : public QWidget, public TComponent, public IVXHostControl
 {
 public:
   explicit TControl(QWidget *Parent = nullptr, TComponent *Owner = nullptr);
@@ -63,13 +64,20 @@ public:
   void SetHeight(int Value) { resize(width(), Value); }
   void SetBounds(int ALeft, int ATop, int AWidth, int AHeight) { setGeometry(ALeft, ATop, AWidth, AHeight); }
   bool Visible() const { return !isHidden(); }
-  void SetVisible(bool Value) { setVisible(Value); }
+  void SetVisible(bool Value) override { setVisible(Value); }
   bool Enabled() const { return isEnabled(); }
   void SetEnabled(bool Value) { setEnabled(Value); }
   QString Hint() const { return toolTip(); }
-  void SetHint(const QString &Value) { setToolTip(Value); }
+  void SetHint(const QString &Value) override { setToolTip(Value); }
   TCursor Cursor() const { return FCursor; }
-  virtual void SetCursor(TCursor Value);
+  void SetCursor(TCursor Value) override;
+  std::intptr_t Tag() const { return FTag; }
+  void SetTag(std::intptr_t Value) override { FTag = Value; }
+  TComponent &HostComponent() override { return *this; }
+  bool IsWindowed() const override { return false; }
+  IVXHostControl *HostParent() const override;
+  TRectF GetBoundsRect() const override;
+  void SetBoundsRect(const TRectF &Value) override;
   bool DesignMode() const { return IsDesigning(); }
 
   // Asks for a paint at the next turn of the event loop; many requests make one paint.
@@ -107,6 +115,7 @@ private:
   void Guarded(F &&Handler);
 
   TCursor FCursor = crDefault;
+  std::intptr_t FTag = 0;
 };
 
 // A control that paints only what it draws: the parent shows around and through it.

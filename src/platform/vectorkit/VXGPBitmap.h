@@ -72,6 +72,9 @@ public:
   // A canvas that draws into the bitmap, made on first use. Replacing the pixels (SetSize, Assign,
   // loading) ends it; the next call makes a new one. An empty bitmap's canvas draws nowhere.
   TVXGPCanvas &GetCanvas();
+  // Ends the canvas now rather than at the next change: a bitmap drawn on one thread and shown on
+  // another ends its painter on the thread that drew.
+  void EndCanvas() { ReleaseCanvas(); }
 
 protected:
   void ReleaseCanvas() const override;

@@ -738,17 +738,21 @@ void VXLimitDashes(QPen &Pen, const QPainterPath &Path)
 {
   if (Pen.style() != Qt::CustomDashLine)
     return;
+  const QList<qreal> Pattern = Pen.dashPattern();
   double Period = 0;
-  for (qreal D : Pen.dashPattern())
+  for (qreal D : Pattern)
     Period += D;
   Period *= Pen.widthF() > 0 ? Pen.widthF() : 1.0;
+  // What costs is the number of dashes drawn, the repeats of the pattern times its entries: a long
+  // pattern repeated a few times costs as much as a short one repeated often.
   constexpr double MaxDashes = 200000;
+  const double MaxPeriods = MaxDashes / double(std::max<qsizetype>(Pattern.size(), 1));
   const QRectF B = Path.controlPointRect();
   // The control polygon bounds the length from above; measure only when that bound is too long.
   const double Bound = double(Path.elementCount()) * (B.width() + B.height());
-  if (Period > 0 && Bound / Period <= MaxDashes)
+  if (Period > 0 && Bound / Period <= MaxPeriods)
     return;
-  if (Period > 0 && Path.length() / Period <= MaxDashes)
+  if (Period > 0 && Path.length() / Period <= MaxPeriods)
     return;
   Pen.setStyle(Qt::SolidLine);
 }
