@@ -204,7 +204,7 @@ void TSVGGraphicElement::DrawPath(const TVXGPPath &Path, const TMatrix &Matrix, 
   }
   Clone->ApplyMatrix(Matrix);
   if (HonoursPaintOrder())
-    return PaintPathInOrder(std::move(Clone), Canvas);
+    return PaintPathInOrder(std::move(Clone), Matrix, Canvas);
   const float Opacity = GetAbsoluteOpacity();
   if (Canvas.Brush().GetKind() != bkNone)
     Canvas.FillPath(*Clone, GetBrush().GetOpacity() * Opacity);

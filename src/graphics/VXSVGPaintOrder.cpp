@@ -1,7 +1,9 @@
-// paint-order in standard mode: the fill, the stroke and the markers of a shape in the order the
-// property names them. Parts that come after the markers wait until the shape has drawn its
-// markers (or, for a shape without any, until its own draw ends), with the canvas as it was when
-// the path was painted.
+// The parts of a shape's path in standard mode. paint-order puts the fill, the stroke and the
+// markers in the order the property names them: parts that come after the markers wait until the
+// shape has drawn its markers (or, for a shape without any, until its own draw ends), with the
+// canvas as it was when the path was painted. A solid stroke under a skew or unequal scales is
+// stroked in user space and sheared with the shape; strokes of paint servers keep the device road,
+// where their brush is prepared.
 #include "platform/rtl/VXSysUtils.h"
 #include "platform/vectorkit/VXGPCanvas.h"
 #include "tree/VXSVGGraphicElement.h"
@@ -9,6 +11,7 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace vx {
@@ -51,6 +54,16 @@ bool ParsePaintOrder(const QString &Text, TSVGPaintOrder &Order)
   return true;
 }
 
+// Whether Matrix keeps circles circles (turns, mirrors and one scale): only then is a stroke drawn
+// in device units the same as one drawn in user units.
+bool IsConformal(const TMatrix &M)
+{
+  const float Tolerance = 1e-4f * (std::abs(M.m11) + std::abs(M.m12) + std::abs(M.m21) + std::abs(M.m22));
+  const bool Turn = std::abs(M.m11 - M.m22) <= Tolerance && std::abs(M.m12 + M.m21) <= Tolerance;
+  const bool Mirror = std::abs(M.m11 + M.m22) <= Tolerance && std::abs(M.m12 - M.m21) <= Tolerance;
+  return Turn || Mirror;
+}
+
 } // namespace
 
 void TSVGGraphicElement::ApplyPaintOrderStyle(const TSVGStyle &Style)
@@ -69,16 +82,36 @@ TSVGPaintOrder TSVGGraphicElement::GetPaintOrder() const
   return NormalPaintOrder;
 }
 
-void TSVGGraphicElement::PaintPart(const TVXGPPath &Path, TSVGPaintPart Part, TVXGPCanvas &Canvas)
+void TSVGGraphicElement::PaintPart(const TVXGPPath &Path, TSVGPaintPart Part, const TMatrix &Matrix,
+                                   TVXGPCanvas &Canvas)
 {
   const float Opacity = GetAbsoluteOpacity();
   if (Part == spFill && Canvas.Brush().GetKind() != bkNone)
     Canvas.FillPath(Path, GetBrush().GetOpacity() * Opacity);
+  else if (Part == spStroke && Canvas.Pen().GetKind() == bkSolid && ShearsStrokes() &&
+           GetVectorEffect() == veNone && !IsConformal(Matrix))
+    StrokeInUserSpace(Path, Matrix, GetPen().GetOpacity() * Opacity, Canvas);
   else if (Part == spStroke && Canvas.Pen().GetKind() != bkNone)
     Canvas.DrawPath(Path, GetPen().GetOpacity() * Opacity);
 }
 
-void TSVGGraphicElement::PaintPathInOrder(std::unique_ptr<TVXGPPath> Path, TVXGPCanvas &Canvas)
+void TSVGGraphicElement::StrokeInUserSpace(const TVXGPPath &Path, const TMatrix &Matrix, float Opacity,
+                                           TVXGPCanvas &Canvas)
+{
+  bool Invertible = false;
+  const TMatrix Inverse = VXMatrixInvert(Matrix, &Invertible);
+  if (!Invertible)
+    return;
+  const std::unique_ptr<TVXGPPath> UserPath = Path.Clone(&Canvas);
+  UserPath->ApplyMatrix(Inverse);
+  TVXGPCanvasStateGuard Guard(Canvas);
+  SetCanvasPen(Canvas, VXIdentityMatrix, true);
+  Canvas.SetMatrix(VXMatrixMultiply(Matrix, Canvas.GetMatrix()));
+  Canvas.DrawPath(*UserPath, Opacity);
+}
+
+void TSVGGraphicElement::PaintPathInOrder(std::unique_ptr<TVXGPPath> Path, const TMatrix &Matrix,
+                                          TVXGPCanvas &Canvas)
 {
   PaintDeferredParts(Canvas);
   const TSVGPaintOrder Order = GetPaintOrder();
@@ -90,12 +123,13 @@ void TSVGGraphicElement::PaintPathInOrder(std::unique_ptr<TVXGPPath> Path, TVXGP
     else if (AfterMarkers)
       FDeferredParts[Part] = true;
     else
-      PaintPart(*Path, Part, Canvas);
+      PaintPart(*Path, Part, Matrix, Canvas);
   }
   if (!FDeferredParts[spFill] && !FDeferredParts[spStroke])
     return;
   FDeferredState = Canvas.SaveState();
   FDeferredPath = std::move(Path);
+  FDeferredMatrix = Matrix;
 }
 
 void TSVGGraphicElement::PaintDeferredParts(TVXGPCanvas &Canvas)
@@ -106,7 +140,7 @@ void TSVGGraphicElement::PaintDeferredParts(TVXGPCanvas &Canvas)
   Canvas.RestoreState(FDeferredState);
   for (const TSVGPaintPart Part : GetPaintOrder())
     if (FDeferredParts[Part])
-      PaintPart(*Path, Part, Canvas);
+      PaintPart(*Path, Part, FDeferredMatrix, Canvas);
 }
 
 } // namespace vx

@@ -8,6 +8,7 @@
 
 #include <cmath>
 #include <utility>
+#include <vector>
 
 namespace vx {
 
@@ -177,6 +178,29 @@ TSVGFont &TSVGGraphicElement::GetFont()
   return Font;
 }
 
+float TSVGGraphicElement::NormalizedViewportDiagonal() const
+{
+  const TSVGCustomViewBox *ViewBox = GetNearestViewBox();
+  if (!ViewBox)
+    return 1;
+  const double W = ViewBox->ViewBox().Width()->GetValue();
+  const double H = ViewBox->ViewBox().Height()->GetValue();
+  return float(std::sqrt(W * W + H * H) / std::sqrt(2.0));
+}
+
+void TSVGGraphicElement::ResolveRelativeDashes(std::vector<float> &Dashes, float &Offset)
+{
+  const std::vector<bool> &IsPercent = GetPen().GetDashArrayIsPercent();
+  const float Diagonal = NormalizedViewportDiagonal();
+  if (!IsPercent.empty())
+    for (std::size_t I = 0; I < Dashes.size(); ++I)
+      if (IsPercent[I % IsPercent.size()])
+        Dashes[I] *= Diagonal;
+  const TSVGLength &Length = *GetPen().GetSVGDashOffset();
+  const float Raw = Length.GetAsUnit(Length.Unit());
+  Offset = Length.IsPercent() ? Raw * Diagonal : Raw * GetUnitFactors()[Length.Unit()];
+}
+
 void TSVGGraphicElement::SetCanvasPen(TVXGPCanvas &Canvas, const TMatrix &Matrix, bool ScaleStroke)
 {
   Canvas.SetPen(GetPen(VXIdentityMatrix, GetBoundsRect()));
@@ -201,6 +225,9 @@ void TSVGGraphicElement::SetCanvasPen(TVXGPCanvas &Canvas, const TMatrix &Matrix
     return;
   // The canvas holds dashes in units of the pen width.
   std::vector<float> Dashes = Pen.GetDashArray();
+  float Offset = GetPen().GetSVGDashOffset()->GetValue();
+  if (ResolvesRelativeDashes())
+    ResolveRelativeDashes(Dashes, Offset);
   for (int I = int(Dashes.size()) - 1; I >= 0; --I) {
     const float Value = Dashes[std::size_t(I)] * Scale / Pen.GetThickness();
     if (Value <= 0 && !KeepsZeroLengthDashes())
@@ -209,8 +236,7 @@ void TSVGGraphicElement::SetCanvasPen(TVXGPCanvas &Canvas, const TMatrix &Matrix
       Dashes[std::size_t(I)] = Value;
   }
   if (!Dashes.empty())
-    Pen.SetCustomDash(Dashes, int(Dashes.size()) - 1,
-                      GetPen().GetSVGDashOffset()->GetValue() * Scale / Pen.GetThickness());
+    Pen.SetCustomDash(Dashes, int(Dashes.size()) - 1, Offset * Scale / Pen.GetThickness());
 }
 
 } // namespace vx

@@ -93,6 +93,17 @@ bool ResolvesAutoRadii(const TSVGElement &Shape)
   return Shape.FollowsStandardSVG();
 }
 
+// An auto radius takes the other one's used length: a percentage is resolved along the other
+// one's axis before it is copied. Other units are copied as they are, since font sizes are not
+// resolved yet while the element is read.
+void MirrorUsedRadius(TSVGLength &Auto, const TSVGLength &Given)
+{
+  if (Given.IsPercent())
+    Auto.Initialize(Given.GetValue(), false, suNone);
+  else
+    Auto.Assign(&Given);
+}
+
 // Whether Node gives Name a usable radius: present, not "auto" and not negative.
 bool HasUsableRadius(const IXMLNode &Node, const QString &Name)
 {
@@ -219,9 +230,9 @@ void TSVGEllipse::DoLoadFromXML(const IXMLNode &Node)
   const bool HasRX = HasUsableRadius(Node, QStringLiteral("rx"));
   const bool HasRY = HasUsableRadius(Node, QStringLiteral("ry"));
   if (HasRX && !HasRY)
-    FHeight->Assign(FWidth.get());
+    MirrorUsedRadius(*FHeight, *FWidth);
   else if (HasRY && !HasRX)
-    FWidth->Assign(FHeight.get());
+    MirrorUsedRadius(*FWidth, *FHeight);
 }
 
 bool TSVGEllipse::DoInternalDraw(const TMatrix &Matrix, TVXGPCanvas &Canvas, const TRectF &Rect)
@@ -297,9 +308,9 @@ void TSVGRectangle::DoLoadFromXML(const IXMLNode &Node)
   if (FRY->GetPixels() < 0)
     FRY->SetPixels(0);
   if (HasRX && !HasRY)
-    FRY->Assign(FRX.get());
+    Auto ? MirrorUsedRadius(*FRY, *FRX) : FRY->Assign(FRX.get());
   else if (HasRY && !HasRX)
-    FRX->Assign(FRY.get());
+    Auto ? MirrorUsedRadius(*FRX, *FRY) : FRX->Assign(FRY.get());
   if (double(FRX->GetPixels()) > GetWidth() / 2.0)
     FRX->SetPixels(float(GetWidth() / 2.0));
   if (double(FRY->GetPixels()) > GetHeight() / 2.0)

@@ -21,6 +21,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 class QPainter;
 class QPointF;
@@ -392,6 +393,13 @@ protected:
                                         const TRectF &Rect, const TVXGPPath &Path, TSVGFindOptions Options);
   // Sets the canvas pen for the element; ScaleStroke scales width and dashes by Matrix.
   virtual void SetCanvasPen(TVXGPCanvas &Canvas, const TMatrix &Matrix, bool ScaleStroke);
+  // Whether percentages of dashes and of the dash offset are of the viewport's normalised diagonal
+  // and an offset in em or ex of the element's font; documented, a percentage is a plain fraction
+  // and the offset's font units are the document's.
+  bool ResolvesRelativeDashes() const { return FollowsStandardSVG(); }
+  void ResolveRelativeDashes(std::vector<float> &Dashes, float &Offset);
+  // The nearest view box's diagonal over the square root of 2; 1 without a view box.
+  float NormalizedViewportDiagonal() const;
   // Greys the canvas paints for a disabled element, unless the owner's OnDisableAppearance refuses.
   virtual void DisableAppearance(TMatrix &Matrix, TVXGPCanvas &Canvas, TRectF &Rect);
   virtual int GetSmoothingMode() const;
@@ -555,15 +563,22 @@ private:
   // The order of the parts, inherited up the parents; an invalid declaration counts as none.
   TSVGPaintOrder GetPaintOrder() const;
   void ApplyPaintOrderStyle(const TSVGStyle &Style);
-  // Paints the parts of the transformed Path that come before the markers, and keeps the rest
-  // (with the canvas state) for PaintDeferredParts, which the markers and the draw frame call.
-  void PaintPathInOrder(std::unique_ptr<TVXGPPath> Path, TVXGPCanvas &Canvas);
-  void PaintPart(const TVXGPPath &Path, TSVGPaintPart Part, TVXGPCanvas &Canvas);
+  // Paints the parts of Path (transformed by Matrix) that come before the markers, and keeps the
+  // rest (with the canvas state) for PaintDeferredParts, which the markers and the draw frame call.
+  void PaintPathInOrder(std::unique_ptr<TVXGPPath> Path, const TMatrix &Matrix, TVXGPCanvas &Canvas);
+  void PaintPart(const TVXGPPath &Path, TSVGPaintPart Part, const TMatrix &Matrix, TVXGPCanvas &Canvas);
   void PaintDeferredParts(TVXGPCanvas &Canvas);
   void DiscardDeferredParts() { FDeferredPath.reset(); }
+  // Whether a stroke under a matrix that does not keep circles circles (a skew, unequal scales) is
+  // stroked in user space and then transformed, sheared with the shape; documented, it keeps one
+  // width in device units.
+  bool ShearsStrokes() const { return FollowsStandardSVG(); }
+  // The stroke of Path (in device units) as Matrix shears it.
+  void StrokeInUserSpace(const TVXGPPath &Path, const TMatrix &Matrix, float Opacity, TVXGPCanvas &Canvas);
 
   QString FPaintOrder;
   std::unique_ptr<TVXGPPath> FDeferredPath;
+  TMatrix FDeferredMatrix;
   std::array<bool, 3> FDeferredParts{};
   int FDeferredState = 0;
 

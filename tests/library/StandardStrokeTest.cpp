@@ -173,6 +173,17 @@ TEST_F(StandardStroke, CrispEdgesTurnAntiAliasingOff)
   }
 }
 
+TEST_F(StandardStroke, StrokesUnderUnequalScales)
+{
+  // A stroke 4 units wide under a vertical scale of 3: standard, it is 12 pixels high, as the
+  // shape is stretched; documented, it keeps one width in device units.
+  Check({"a stretched stroke",
+         "<line x1='10' y1='20' x2='30' y2='20' stroke='blue' stroke-width='4' "
+         "transform='translate(0 -40) scale(1 3)'/>",
+         {{20, 20, Blue}, {20, 25, NoColor}},
+         {{20, 20, Blue}, {20, 25, Blue}, {20, 27, NoColor}}});
+}
+
 TEST_F(StandardStroke, DashArrays)
 {
   const TModeCase Cases[] = {
@@ -182,6 +193,13 @@ TEST_F(StandardStroke, DashArrays)
      "stroke-dasharray='0 10'/>",
      {{15, 20, Blue}, {10, 20, Blue}},
      {{15, 20, Blue}, {10, 20, NoColor}}},
+    // Standard: a quarter of the 40-unit diagonal (over root 2) is 10, the offset of 1em is 5. The
+    // documented road keeps the percentages as fractions of a unit: no picture to probe.
+    {"dashes in percent, an offset in em",
+     "<line x1='0' y1='20' x2='40' y2='20' stroke='blue' stroke-width='4' font-size='5' "
+     "stroke-dasharray='25% 25%' stroke-dashoffset='1em'/>",
+     {},
+     {{2, 20, Blue}, {7, 20, NoColor}, {12, 20, NoColor}, {17, 20, Blue}}},
     // Documented, square caps of dashes end flat.
     {"square caps on dashes",
      "<line x1='5' y1='20' x2='35' y2='20' stroke='blue' stroke-width='4' stroke-linecap='square' "
@@ -203,6 +221,12 @@ TEST_F(StandardStroke, ShapeRadii)
     {"an ellipse without rx", "<ellipse cx='20' cy='20' ry='10' fill='blue'/>",
      {{20, 20, NoColor}},
      {{20, 20, Blue}, {12, 20, Blue}, {8, 20, NoColor}}},
+    // Standard, a missing ry takes rx's used length: a quarter of the 40-unit width, not of the
+    // 20-unit height.
+    {"an ellipse without ry in a percentage",
+     "<svg width='40' height='20'><ellipse cx='20' cy='10' rx='25%' fill='blue'/></svg>",
+     {{20, 10, NoColor}},
+     {{20, 18, Blue}, {20, 10, Blue}, {31, 10, NoColor}}},
     // Documented, a negative rx becomes 0: square corners. Standard reads it as missing: ry's radius.
     {"a rect with a negative rx", "<rect x='5' y='5' width='30' height='30' rx='-10' ry='10' fill='blue'/>",
      {{6, 6, Blue}},
