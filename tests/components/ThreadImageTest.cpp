@@ -2,14 +2,13 @@
 // find nothing before a picture is there, and the control may go while a job still runs. The
 // tests wait for the control to stop being busy, with a deadline, never for a fixed time.
 #include "ComponentsFixture.h"
+#include "support/EventLoopWait.h"
 
 #include "tree/VXSVGGraphicElement.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
-#include <QTimer>
 #include <QTest>
 #include <gtest/gtest.h>
 
@@ -18,22 +17,8 @@
 namespace vx {
 namespace {
 
-constexpr int DeadlineMs = 20000;
+using vxtest::WaitUntil;
 
-bool WaitUntil(const std::function<bool()> &Done)
-{
-  // The ticks only wake the loop to look at the deadline; a hand-over wakes it at once.
-  QTimer Tick;
-  Tick.start(50);
-  QElapsedTimer Timer;
-  Timer.start();
-  while (!Done()) {
-    if (Timer.elapsed() > DeadlineMs)
-      return false;
-    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-  }
-  return true;
-}
 
 QString Filled(const char *Color)
 {

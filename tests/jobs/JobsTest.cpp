@@ -2,13 +2,13 @@
 // thread, how quickly an idle server ends, and what becomes of failures. Nothing here sleeps for a
 // fixed time: the tests wait for the hand-over, with a deadline.
 #include "jobs/VXSVGSyncObjs.h"
+#include "support/EventLoopWait.h"
 
 #include <QBuffer>
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
-#include <QTimer>
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -17,26 +17,11 @@
 namespace vx {
 namespace {
 
-constexpr int DeadlineMs = 20000;
+using vxtest::WaitUntil;
 
 const char Picture[] = "<svg xmlns='http://www.w3.org/2000/svg' width='40' height='20' viewBox='0 0 40 20'>"
                        "<rect id='r' width='40' height='20' fill='#00f'/><desc id='d'/></svg>";
 
-// Runs the event loop (which delivers the hand-overs) until Done holds or the deadline passes.
-bool WaitUntil(const std::function<bool()> &Done)
-{
-  // The ticks only wake the loop to look at the deadline; a hand-over wakes it at once.
-  QTimer Tick;
-  Tick.start(50);
-  QElapsedTimer Timer;
-  Timer.start();
-  while (!Done()) {
-    if (Timer.elapsed() > DeadlineMs)
-      return false;
-    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-  }
-  return true;
-}
 
 std::unique_ptr<QIODevice> Stream(const QByteArray &Text)
 {
