@@ -102,6 +102,13 @@ std::unique_ptr<TSVGDocument> TVXSVGDocument::CreateSVGDocument() const
   return std::make_unique<TSVGDocument>();
 }
 
+TSVGGraphicElement *TVXSVGDocument::SVGRoot(const QString &RootID) const
+{
+  if (RootID.isEmpty())
+    return &SVG();
+  return SVG().FindElement<TSVGGraphicElement>(RootID);
+}
+
 TSVGDocument &TVXSVGDocument::SVG() const
 {
   if (!FSVG) {

@@ -48,6 +48,9 @@ public:
   // The document, made by CreateSVGDocument on first use. Its events (OnDrawing, OnDrawn,
   // OnElementFound, OnParsingNode ...) are the component's: set them here.
   TSVGDocument &SVG() const;
+  // What a control with the root id RootID draws: the document itself, or its graphic element of
+  // that id (none when there is no such element).
+  TSVGGraphicElement *SVGRoot(const QString &RootID) const;
   TVXAssignList<ISVGViewer> &Viewers() { return FViewers; }
   void SetViewers(const TVXAssignList<ISVGViewer> &Value) { FViewers.Assign(&Value); }
 

@@ -156,15 +156,7 @@ const TPropertyTable &TVXSVGPanel::Properties()
 
 TSVGGraphicElement *TVXSVGPanel::GetSVGRoot() const
 {
-  if (!FSVGDocument)
-    return nullptr;
-  TSVGDocument &Document = FSVGDocument->SVG();
-  if (FSVGRootID.isEmpty())
-    return &Document;
-  TSVGElement *Found = nullptr;
-  if (!Document.AllItems().TryGetValue(FSVGRootID, Found))
-    return nullptr;
-  return dynamic_cast<TSVGGraphicElement *>(Found);
+  return FSVGDocument ? FSVGDocument->SVGRoot(FSVGRootID) : nullptr;
 }
 
 void TVXSVGPanel::AttachDocument(TVXSVGDocument *Value, bool LeaveOld)

@@ -125,15 +125,7 @@ TMatrix TVXSVGCustomImage<TBase>::GetAbsoluteMatrix() const
 template <typename TBase>
 TSVGGraphicElement *TVXSVGCustomImage<TBase>::GetSVGRoot() const
 {
-  if (!FSVGDocument)
-    return nullptr;
-  TSVGDocument &Document = FSVGDocument->SVG();
-  if (FSVGRootID.isEmpty())
-    return &Document;
-  TSVGElement *Found = nullptr;
-  if (!Document.AllItems().TryGetValue(FSVGRootID, Found))
-    return nullptr;
-  return dynamic_cast<TSVGGraphicElement *>(Found);
+  return FSVGDocument ? FSVGDocument->SVGRoot(FSVGRootID) : nullptr;
 }
 
 template <typename TBase>
