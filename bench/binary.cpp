@@ -1,6 +1,7 @@
 // Loading the generated picture of 50,000 elements from the binary component stream, against
 // loading it from its XML text (the same picture as bench_tree). The binary load rebuilds the tree
 // with its resolved styles, so it neither parses XML nor applies the style sheet.
+#include "GeneratedPicture.h"
 #include "tree/VXSVG.h"
 
 #include <benchmark/benchmark.h>
@@ -9,21 +10,6 @@
 #include <QGuiApplication>
 
 namespace {
-
-QString GeneratedPicture(int Elements)
-{
-  QString Text = QStringLiteral("<svg xmlns='http://www.w3.org/2000/svg' width='1000' height='1000'>\n");
-  Text.reserve(Elements * 110);
-  for (int I = 0; I < Elements; ++I)
-    Text += QStringLiteral("<g id='e%1' class='c%2 all' style='fill:#%3;stroke:none' "
-                           "transform='translate(%2 %4)' opacity='0.5'/>\n")
-                .arg(I)
-                .arg(I % 100)
-                .arg(QString::number(0x100000 + I * 13 % 0xEFFFFF, 16))
-                .arg(I % 977);
-  Text += QStringLiteral("</svg>\n");
-  return Text;
-}
 
 QByteArray BinaryPicture(int Elements)
 {
