@@ -6,6 +6,7 @@
 #include <hb.h>
 
 #include <QChar>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <map>
@@ -471,6 +472,9 @@ std::vector<TVXShapedGlyph> TVXTextEngine::Shape(const QString &Text, const std:
 
 bool TVXTextEngine::AddFontFolder(const QString &Folder)
 {
+  // fontconfig accepts a folder that does not exist; a caller must learn that no fonts came.
+  if (!QFileInfo(Folder).isDir())
+    return false;
   std::lock_guard Lock(CacheLock);
   return FcConfigAppFontAddDir(nullptr, reinterpret_cast<const FcChar8 *>(Folder.toUtf8().constData()));
 }

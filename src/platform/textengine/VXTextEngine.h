@@ -111,7 +111,8 @@ public:
   // bidirectional levels of the text (a left-to-right paragraph). Glyphs of one cluster stay
   // together in visual order.
   static std::vector<TVXShapedGlyph> Shape(const QString &Text, const std::vector<TVXShapeRun> &Runs);
-  // Adds the fonts of Folder to those matched, for applications and tests with fonts of their own.
+  // Adds the fonts of Folder to those matched, for applications and tests with fonts of their own;
+  // false when Folder is no folder.
   static bool AddFontFolder(const QString &Folder);
 };
 
